@@ -1,0 +1,136 @@
+#pragma once
+// The journal database: an SQLCipher file opened like the original engine's
+// workspace.OpenDatabase, and record sets that are materialised snapshots of a
+// query's rows (with the base table's row ids, so that AddNew/Edit/Update/
+// Delete act on the table). No statement stays open between calls.
+//
+// Every failure raises base::RuntimeError with the engine's error number and
+// a Chinese description.
+
+#include "base/RuntimeError.h"
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+namespace store {
+
+// The connect text of the delivered file; the password is the SQLCipher key.
+inline const QString kConnect = QStringLiteral(";pwd=qtr.vemblox.nzk");
+
+// Engine error numbers used by the program.
+enum EngineError : int {
+    ErrNoCurrentRecord = 3021,      // "无当前记录。"
+    ErrUpdateWithoutEdit = 3020,    // "更新或取消更新时没有 AddNew 或 Edit。"
+    ErrFileNotFound = 3024,         // "找不到文件 '…'。"
+    ErrNotValidPassword = 3031,     // "不是有效的密码。"
+    ErrSyntax = 3075,               // SQL that the engine cannot run
+    ErrNoSuchTable = 3078,          // "Microsoft Jet 数据库引擎找不到输入表或查询 '…'。"
+    ErrNotADatabase = 3343,         // "不可识别的数据库格式 '…'。"
+    ErrObjectClosed = 3420,         // "对象无效或不再被设置。"
+    ErrConversion = 3421,           // "数据类型转换错误。"
+    ErrObjectNotSet = 91,           // "对象变量或 With 块变量未设置"
+};
+
+struct TableDef {
+    QString name;
+    int attributes = 0; // 0 for an ordinary table; system/hidden tables are not 0
+};
+
+class Recordset;
+
+class Database {
+public:
+    Database(); // no file: every operation raises ErrObjectNotSet
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+    Database(Database &&) noexcept;
+    Database &operator=(Database &&) noexcept;
+
+    // workspace(0).OpenDatabase(name, options, readOnly, connect). `name` is a
+    // path text that goes through base::resolvePath. Never creates the file.
+    static Database open(const QString &name, int options, bool readOnly, const QString &connect);
+
+    bool isOpen() const;
+
+    // Runs SQL text and returns the snapshot of its rows, positioned on the
+    // first row (or at BOF and EOF together when there is none).
+    Recordset openRecordset(const QString &sql);
+
+    // Runs a statement that returns no rows.
+    void execute(const QString &sql);
+
+    // The tables of the file, in the file's order, including the engine's own.
+    QList<TableDef> tableDefs();
+
+    // Closes this handle; later use raises ErrObjectClosed.
+    void close();
+
+    struct Impl;
+
+private:
+    std::shared_ptr<Impl> m_impl;
+    friend class Recordset;
+};
+
+// The program's database: programFolder() + "\user2.mdb", options 1,
+// read-write, connect text kConnect.
+Database openUserDatabase();
+
+class Recordset {
+public:
+    Recordset(); // "Nothing": every operation raises ErrObjectNotSet
+    ~Recordset();
+    Recordset(const Recordset &) = delete;
+    Recordset &operator=(const Recordset &) = delete;
+    Recordset(Recordset &&) noexcept;
+    Recordset &operator=(Recordset &&) noexcept;
+
+    bool isSet() const;
+
+    bool BOF() const;
+    bool EOF_() const; // EOF is a macro of <cstdio>
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+    // Moves `rows` from the current record (negative moves back); moving
+    // before the first record leaves BOF set, after the last EOF.
+    void Move(int rows);
+    // Rows of the snapshot (after MoveLast, as the original engine reports it).
+    int RecordCount() const;
+
+    int fieldCount() const;
+    QString fieldName(int i) const;
+    // Value of field i of the current row; ErrNoCurrentRecord at BOF/EOF.
+    // Dates come as QDate (QDateTime when they carry a time), doubles as
+    // double, single columns as float, texts as QString, NULL as a null QVariant.
+    QVariant field(int i) const;
+
+    // Starts a new row (all fields null); Update appends it.
+    void AddNew();
+    // Starts changing the current row.
+    void Edit();
+    // Assigns field i of the row being added or edited; the value is converted
+    // to the column's type at Update (a number into a text column becomes its
+    // text; a text a numeric column cannot take fails with ErrConversion).
+    void setField(int i, const QVariant &value);
+    // Stores the row being added or edited (one statement, all or nothing).
+    void Update();
+    // Abandons the row being added or edited.
+    void CancelUpdate();
+    // Deletes the current row from its table; the record set then has no
+    // current row until it is moved.
+    void Delete();
+
+    struct Impl;
+
+private:
+    std::unique_ptr<Impl> m_impl;
+    friend class Database;
+};
+
+} // namespace store

@@ -1,0 +1,97 @@
+#pragma once
+// The grid of every window: a fixed row 0 (the header) and a fixed column 0,
+// cells addressed by (row, column) as in the item model, row 0 included.
+// A model, not an item per cell, so that 50,000 rows stay smooth.
+
+#include <QAbstractTableModel>
+#include <QColor>
+#include <QTableView>
+
+#include <vector>
+
+namespace ui {
+
+class FlexGridModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    void setRows(int rows);
+    void setCols(int cols);
+    QString text(int r, int c) const;
+    void setText(int r, int c, const QString &text);
+    QColor foreColor(int r, int c) const;
+    void setForeColor(int r, int c, const QColor &color);
+    void addRow(const QStringList &cells);
+    void clearContents();
+
+private:
+    struct Cell {
+        QString text;
+        QRgb fore = 0;
+        bool hasFore = false;
+    };
+    std::vector<std::vector<Cell>> m_cells; // [row][col]
+    int m_cols = 2;
+};
+
+class FlexGrid : public QTableView {
+    Q_OBJECT
+public:
+    explicit FlexGrid(QWidget *parent = nullptr);
+
+    int rows() const;
+    void setRows(int rows);
+    int cols() const;
+    void setCols(int cols);
+
+    QString textMatrix(int r, int c) const;
+    void setTextMatrix(int r, int c, const QString &text);
+
+    // Column width in twips (15 twips = 1 pixel at 96 dpi).
+    int colWidth(int c) const;
+    void setColWidth(int c, int twips);
+
+    // The current cell; a left click moves it, a right click does not.
+    int row() const { return m_row; }
+    void setRow(int r);
+    int col() const { return m_col; }
+    void setCol(int c);
+
+    // Text colour of the current cell.
+    void setCellForeColor(const QColor &color);
+    QColor cellForeColor(int r, int c) const;
+
+    // Appends a row; tabs in `text` separate the cells from column 0 on.
+    void addItem(const QString &text);
+    // Empties every cell and its colour; the dimensions stay.
+    void clear();
+
+    FlexGridModel *gridModel() const { return m_model; }
+
+signals:
+    void gridClicked();
+    void gridDoubleClicked();
+    // Mouse button pressed: button 1 left, 2 right, 4 middle; position in pixels.
+    void gridMouseDown(int button, int x, int y);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    void syncHeaderRow();
+
+    FlexGridModel *m_model;
+    int m_row = 1;
+    int m_col = 1;
+    bool m_pressedLeft = false;
+};
+
+} // namespace ui

@@ -1,0 +1,49 @@
+#include "MsgBox.h"
+
+#include "base/ErrorGuard.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include <cstdio>
+
+namespace ui {
+
+namespace {
+QStringList *g_recorder = nullptr;
+
+void showBox(QMessageBox::Icon icon, const QString &text)
+{
+    QMessageBox box(icon, QStringLiteral("Tessaly"), text, QMessageBox::Ok, QApplication::activeWindow());
+    box.exec();
+}
+} // namespace
+
+void msgBox(const QString &text)
+{
+    if (g_recorder) {
+        g_recorder->append(text);
+        return;
+    }
+    showBox(QMessageBox::Information, text);
+}
+
+void setMsgBoxRecorder(QStringList *recorder)
+{
+    g_recorder = recorder;
+}
+
+void installErrorBox()
+{
+    base::setFatalHandler([](const base::RuntimeError &e) {
+        // The text always goes to stderr too, so that a test driving the
+        // program as a child process can read it; such tests set
+        // TESSALY_ERRORS_TO_STDERR to skip the box itself.
+        std::fprintf(stderr, "%s\n", qPrintable(base::fatalErrorText(e)));
+        if (QApplication::instance() && !qEnvironmentVariableIsSet("TESSALY_ERRORS_TO_STDERR"))
+            showBox(QMessageBox::Critical, base::fatalErrorText(e));
+        base::endProgram(1);
+    });
+}
+
+} // namespace ui

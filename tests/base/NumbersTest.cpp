@@ -1,0 +1,3 @@
+#include <gtest/gtest.h>
+#include "base/Numbers.h"
+TEST(Numbers, Placeholder) { EXPECT_EQ(base::val("12.5abc"), 12.5); }
