@@ -14,6 +14,20 @@ inline const QString password = QStringLiteral("password"); // 2
 inline const QString power = QStringLiteral("power");       // 3
 }
 
+// The columns the original left unnamed.
+inline const QString kTradeReasonColumn = QStringLiteral("操作原因"); // havewhat position 8
+inline const QString kCashReasonColumn = QStringLiteral("操作原因");  // 资金表 position 3
+// 税率表: position 0 is a row number, 1 to 6 the settings.
+inline const QString kFeeColumns[7] = {
+    QStringLiteral("编号"),           QStringLiteral("A股交易费率"),    QStringLiteral("基金交易费率"),
+    QStringLiteral("深圳最低收费"),   QStringLiteral("上海最低收费"),   QStringLiteral("上海B股交易费率"),
+    QStringLiteral("深圳B股交易费率"),
+};
+
+// Dates (成交日期, 操作日期) are stored as ISO text "yyyy-MM-dd" (with
+// " HH:mm:ss" when a time is kept), so that "order by" sorts them; record
+// sets hand them out as QDate / QDateTime.
+
 // The administrator account of a new file.
 inline const QString kAdminName = QStringLiteral("supervisor");
 inline const QString kAdminPassword = QStringLiteral("tessaly");

@@ -1,0 +1,119 @@
+#include "Form.h"
+
+#include "base/ErrorGuard.h"
+
+#include <QAbstractSpinBox>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTextEdit>
+
+namespace ui {
+
+Form::Form(QWidget *parent) : QDialog(parent)
+{
+    setWindowTitle(QStringLiteral("Tessaly"));
+}
+
+Form::~Form() = default;
+
+void Form::load()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    m_unloaded = false;
+    base::guard([this] { formLoad(); });
+}
+
+void Form::unload()
+{
+    if (m_loaded && !m_unloaded) {
+        m_unloaded = true;
+        base::guard([this] { formUnload(); });
+    }
+    m_loaded = false;
+    QDialog::done(QDialog::Rejected);
+}
+
+void Form::showEvent(QShowEvent *event)
+{
+    load();
+    QDialog::showEvent(event);
+}
+
+void Form::closeEvent(QCloseEvent *event)
+{
+    if (m_loaded && !m_unloaded) {
+        m_unloaded = true;
+        base::guard([this] { formUnload(); });
+    }
+    m_loaded = false;
+    QDialog::closeEvent(event);
+}
+
+void Form::done(int r)
+{
+    // Esc and accept/reject end up here.
+    if (m_loaded && !m_unloaded) {
+        m_unloaded = true;
+        base::guard([this] { formUnload(); });
+    }
+    m_loaded = false;
+    QDialog::done(r);
+}
+
+namespace {
+
+class KeyFilter : public QObject {
+public:
+    KeyFilter(QObject *parent, std::function<bool(QKeyEvent *)> f) : QObject(parent), m_f(std::move(f)) {}
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        bool consumed = false;
+        base::guard([&] { consumed = m_f(static_cast<QKeyEvent *>(event)); });
+        return consumed;
+    }
+
+private:
+    std::function<bool(QKeyEvent *)> m_f;
+};
+
+bool isEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
+
+} // namespace
+
+void onEnter(QWidget *w, std::function<void()> action)
+{
+    w->installEventFilter(new KeyFilter(w, [action = std::move(action)](QKeyEvent *e) {
+        if (!isEnter(e->key()))
+            return false;
+        action();
+        return true;
+    }));
+}
+
+void onAnyKey(QWidget *w, std::function<void(int)> action)
+{
+    w->installEventFilter(new KeyFilter(w, [action = std::move(action)](QKeyEvent *e) {
+        action(e->key());
+        return false;
+    }));
+}
+
+void focusAndSelect(QWidget *w)
+{
+    w->setFocus(Qt::OtherFocusReason);
+    if (auto *le = qobject_cast<QLineEdit *>(w))
+        le->selectAll();
+    else if (auto *sb = qobject_cast<QAbstractSpinBox *>(w))
+        sb->selectAll();
+    else if (auto *te = qobject_cast<QTextEdit *>(w))
+        te->selectAll();
+}
+
+} // namespace ui

@@ -1,0 +1,48 @@
+#pragma once
+// Helpers every window uses.
+//
+// ui::Form is a dialog with the two moments of a window's life that the
+// program hangs work on: load (the first time it is shown, after the opener
+// has handed it the user through GetMame) and unload (when it closes, however
+// that happens). Both run through the error guard.
+//
+// Keyboard: onEnter() runs an action when Enter (or the keypad Enter) is
+// pressed in a widget; focusAndSelect() gives a widget the focus and selects
+// its whole text; onAnyKey() runs an action before a widget sees any key.
+
+#include <QDialog>
+
+#include <functional>
+
+namespace ui {
+
+class Form : public QDialog {
+    Q_OBJECT
+public:
+    explicit Form(QWidget *parent = nullptr);
+    ~Form() override;
+
+    bool isLoaded() const { return m_loaded; }
+    // Runs the load now if it has not run (the first show does it otherwise).
+    void load();
+    // Closes the window: runs the unload, then hides it and ends exec().
+    void unload();
+
+protected:
+    virtual void formLoad() {}
+    virtual void formUnload() {}
+
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void done(int r) override;
+
+private:
+    bool m_loaded = false;
+    bool m_unloaded = false;
+};
+
+void onEnter(QWidget *w, std::function<void()> action);
+void onAnyKey(QWidget *w, std::function<void(int key)> action);
+void focusAndSelect(QWidget *w);
+
+} // namespace ui
