@@ -1,0 +1,108 @@
+// Paths, the ANSI code page and the error guard.
+#include "base/ErrorGuard.h"
+#include "base/Gbk.h"
+#include "base/Paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace base;
+
+namespace {
+void touch(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+}
+} // namespace
+
+TEST(PathResolver, BackslashesAndLetterCaseOfEveryComponent)
+{
+    QTemporaryDir dir;
+    touch(dir.path() + "/DATA/SHASE/DAY/600000.DAY");
+    const QString expected = dir.path() + "/DATA/SHASE/DAY/600000.DAY";
+    EXPECT_EQ(resolvePath(dir.path() + "\\data\\shase\\day\\600000.day"), expected);
+    EXPECT_EQ(resolvePath(dir.path() + "/Data/ShAsE\\day/600000.Day"), expected);
+    EXPECT_TRUE(fileExists(dir.path() + "\\data\\shase\\day\\600000.day"));
+    EXPECT_TRUE(dirExists(dir.path() + "\\data\\shase"));
+    EXPECT_FALSE(fileExists(dir.path() + "\\data\\shase"));
+    EXPECT_FALSE(fileExists(dir.path() + "\\data\\sznse\\day\\000001.day"));
+    EXPECT_FALSE(fileExists(QString()));
+    // A doubled separator (a directory typed with a trailing backslash) still resolves.
+    EXPECT_TRUE(fileExists(dir.path() + "\\\\data\\shase\\day\\600000.day"));
+}
+
+TEST(PathResolver, ExactNameWinsOverAnotherCase)
+{
+    QTemporaryDir dir;
+    touch(dir.path() + "/a/File");
+    touch(dir.path() + "/a/file");
+    EXPECT_EQ(resolvePath(dir.path() + "\\a\\file"), dir.path() + "/a/file");
+    EXPECT_EQ(resolvePath(dir.path() + "\\a\\File"), dir.path() + "/a/File");
+}
+
+TEST(PathResolver, DriveLettersLiveUnderTheWinePrefix)
+{
+    QTemporaryDir prefix;
+    touch(prefix.path() + "/drive_c/ml30/data/shase/day/600000.day");
+    QDir().mkpath(prefix.path() + "/dosdevices");
+    ASSERT_TRUE(QFile::link("../drive_c", prefix.path() + "/dosdevices/c:"));
+    const QByteArray old = qgetenv("WINEPREFIX");
+    qputenv("WINEPREFIX", prefix.path().toUtf8());
+    EXPECT_TRUE(fileExists("c:\\ml30\\data\\shase\\day\\600000.day"));
+    EXPECT_TRUE(fileExists("C:\\ML30\\DATA\\SHASE\\DAY\\600000.DAY"));
+    EXPECT_TRUE(dirExists("c:\\ml30"));
+    EXPECT_FALSE(dirExists("d:\\ml30"));
+    if (old.isEmpty())
+        qunsetenv("WINEPREFIX");
+    else
+        qputenv("WINEPREFIX", old);
+}
+
+TEST(CodePage, GbkRoundTripAndInvalidBytes)
+{
+    const QString text = QStringLiteral("600000浦发银行 Ａ股指数");
+    const QByteArray bytes = toGbk(text);
+    EXPECT_EQ(bytes.left(6), QByteArray("600000"));
+    EXPECT_EQ(bytes.mid(6, 2), QByteArray("\xC6\xD6")); // 浦 in GBK
+    EXPECT_EQ(fromGbk(bytes), text);
+    // A lone lead byte at the end and a stray byte decode without losing the rest.
+    const QString broken = fromGbk(QByteArray("ab\x81") );
+    EXPECT_TRUE(broken.startsWith("ab"));
+    EXPECT_EQ(fromGbk(QByteArray("\xFF" "xyz")).right(3), "xyz");
+    EXPECT_EQ(fromGbk(QByteArray()), "");
+}
+
+TEST(ErrorGuard, AnEscapingErrorReachesTheFatalHandlerOnce)
+{
+    std::vector<int> seen;
+    auto old = setFatalHandler([&](const RuntimeError &e) { seen.push_back(e.number()); });
+    guard([] { raiseOverflow(); });
+    guard([] {});
+    auto slot = guarded([](int n) {
+        if (n > 0)
+            raiseDivisionByZero();
+    });
+    slot(0);
+    slot(1);
+    setFatalHandler(old);
+    EXPECT_EQ(seen, (std::vector<int>{ErrOverflow, ErrDivisionByZero}));
+}
+
+TEST(ErrorGuard, ResumeNextDropsTheErrorAndGoesOn)
+{
+    int steps = 0;
+    EXPECT_FALSE(resumeNext([&] { raiseSubscript(); ++steps; }));
+    EXPECT_TRUE(resumeNext([&] { ++steps; }));
+    EXPECT_EQ(steps, 1);
+}
+
+TEST(ErrorGuard, StandardErrorTextAndProgramEnd)
+{
+    EXPECT_EQ(fatalErrorText(RuntimeError(6, QStringLiteral("溢出"))), QStringLiteral("运行时错误 '6':\n\n溢出"));
+    // Without a handler installed by the test the program ends with status 1.
+    EXPECT_EXIT(guard([] { raiseOverflow(); }), ::testing::ExitedWithCode(1), "运行时错误 '6'");
+}
