@@ -1,0 +1,251 @@
+// The 钱龙 and 胜龙 readers: 40-byte records, one file per stock and period.
+// Both run the same loop; what differs (folders, extensions, field offsets,
+// absolute values, the index-code table) sits in one layout table each.
+
+#include "BarFile.h"
+#include "MarketCodes.h"
+#include "MarketSettings.h"
+#include "Readers.h"
+
+#include "base/Numbers.h"
+#include "base/RuntimeError.h"
+
+#include <cstdlib>
+#include <limits>
+
+namespace marketdata {
+
+namespace {
+
+constexpr int kRecordSize = 40;
+
+constexpr const char *kQianlongShanghai[] = {"60", "50", "90", "1A", "1B", "1C", "80", "81", "82"};
+// The 胜龙 reader and BuildCurrentBar know no "80".."82" codes.
+constexpr const char *kShanghaiStocks[] = {"60", "50", "90", "1A", "1B", "1C"};
+
+struct BinaryLayout {
+    const char *source; // handed to BuildCurrentBar
+    const char *shanghaiDirs[4];
+    const char *shenzhenDirs[4];
+    const char *extensions[4];
+    std::span<const char *const> shanghaiPrefixes;
+    bool indexTable;  // Shanghai index codes map to other file names
+    bool absolute;    // every field taken by its absolute value
+    int closeOffset, highOffset, lowOffset;
+};
+
+const BinaryLayout kQianlong{
+    "钱龙",
+    {"\\data\\shase\\day\\", "\\data\\shase\\week\\", "\\data\\shase\\month\\", "\\data\\shase\\min\\"},
+    {"\\data\\sznse\\day\\", "\\data\\sznse\\week\\", "\\data\\sznse\\month\\", "\\data\\sznse\\min\\"},
+    {".day", ".wek", ".mnt", ".nmn"},
+    kQianlongShanghai,
+    true, false, 16, 8, 12,
+};
+
+const BinaryLayout kShenglong{
+    "胜龙",
+    {"\\data\\sh\\day\\", "\\data\\sh\\week\\", "\\data\\sh\\month\\", "\\data\\sh\\min\\"},
+    {"\\data\\sz\\day\\", "\\data\\sz\\week\\", "\\data\\sz\\month\\", "\\data\\sz\\min\\"},
+    {".day", ".wek", ".mnt", ".min"},
+    kShanghaiStocks,
+    false, true, 8, 12, 16,
+};
+
+// Absolute value of a stored 32-bit field; the most negative value has none.
+int32_t absolute32(int32_t v)
+{
+    if (v == std::numeric_limits<int32_t>::min())
+        base::raiseOverflow();
+    return v < 0 ? -v : v;
+}
+
+QString fileNameFor(const BinaryLayout &layout, const QString &dataDir, const QString &code, int16_t period)
+{
+    QString shDir, szDir, ext;
+    if (period >= 1 && period <= 4) {
+        shDir = QString::fromLatin1(layout.shanghaiDirs[period - 1]);
+        szDir = QString::fromLatin1(layout.shenzhenDirs[period - 1]);
+        ext = QString::fromLatin1(layout.extensions[period - 1]);
+    }
+    switch (marketOf(code, layout.shanghaiPrefixes)) {
+    case Market::Shanghai:
+        return dataDir + shDir + (layout.indexTable ? qianlongIndexStem(code) : code) + ext;
+    case Market::Shenzhen:
+        return dataDir + szDir + code + ext;
+    case Market::None:
+        break;
+    }
+    return QString();
+}
+
+StockBar barOf(const BinaryLayout &layout, const unsigned char *rec)
+{
+    auto field = [&](int offset) {
+        const int32_t v = le32(rec + offset);
+        return layout.absolute ? absolute32(v) : v;
+    };
+    StockBar bar;
+    bar.Date = field(0);
+    bar.Open = static_cast<float>(field(4) / 1000.0);
+    bar.Close = static_cast<float>(field(layout.closeOffset) / 1000.0);
+    bar.High = static_cast<float>(field(layout.highOffset) / 1000.0);
+    bar.Low = static_cast<float>(field(layout.lowOffset) / 1000.0);
+    bar.Amount = static_cast<float>(field(20));
+    bar.Volume = static_cast<float>(field(24));
+    return bar;
+}
+
+void readBinary(const BinaryLayout &layout, const QString &dataDir, const QString &code, int16_t period,
+                int32_t fromDate, int32_t toDate, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
+                int32_t &minLowDate, int32_t &maxHighDate)
+{
+    float workLow = 100000, workHigh = 0;
+    int32_t workLowDate = 0, workHighDate = 0;
+    if (fromDate == 0)
+        fromDate = 1;
+    if (toDate == 0)
+        toDate = 60000000;
+
+    BarFile file;
+    if (!file.open(fileNameFor(layout, dataDir, code, period)))
+        return;
+    const int16_t n = file.recordCount(kRecordSize);
+    if (n - 1 < 0)
+        return;
+
+    int k = 1;
+    unsigned char rec[kRecordSize];
+    for (int i = 0; i <= n - 1; ++i) {
+        file.read(static_cast<qint64>(i) * kRecordSize, rec, kRecordSize);
+        const int32_t rawDate = layout.absolute ? absolute32(le32(rec)) : le32(rec);
+        if (rawDate < fromDate || rawDate > toDate)
+            continue;
+        const StockBar bar = barOf(layout, rec);
+        if (workHigh < bar.High) {
+            workHigh = bar.High;
+            workHighDate = bar.Date;
+        }
+        if (workLow > bar.Low) {
+            workLow = bar.Low;
+            workLowDate = bar.Date;
+        }
+        bars[k] = bar;
+        ++k;
+    }
+
+    count = static_cast<int16_t>(k - 1);
+    minLow = workLow;
+    maxHigh = workHigh;
+    minLowDate = workLowDate;
+    maxHighDate = workHighDate;
+
+    if (period == 2 || period == 3) {
+        const int32_t lastDate = bars[count].Date;
+        StockBar &next = bars[count + 1];
+        bool found = false;
+        BuildCurrentBar(lastDate, period, code, QString::fromUtf8(layout.source), next.Date, next.Open, next.Close,
+                        next.High, next.Low, next.Volume, next.Amount, found);
+        if (found) {
+            if (next.Low < minLow) {
+                minLow = next.Low;
+                minLowDate = next.Date;
+            }
+            if (next.High > maxHigh) {
+                maxHigh = next.High;
+                maxHighDate = next.Date;
+            }
+            count = base::add16(count, 1);
+        }
+    }
+}
+
+// A running single-precision sum, each step taken in double and stored back.
+void addTo(float &sum, int32_t v)
+{
+    sum = static_cast<float>(static_cast<double>(sum) + v);
+}
+
+} // namespace
+
+void ReadQianlong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
+                  BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
+                  int32_t &maxHighDate)
+{
+    readBinary(kQianlong, dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
+               maxHighDate);
+}
+
+void ReadShenglong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
+                   BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
+                   int32_t &maxHighDate)
+{
+    readBinary(kShenglong, dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
+               maxHighDate);
+}
+
+void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, const QString &source,
+                     int32_t &date, float &open, float &close, float &high, float &low, float &volume,
+                     float &amount, bool &found)
+{
+    // Both sources read the 钱龙 daily folders; "80".."82" find nothing here.
+    bool indexTable;
+    if (source == QStringLiteral("钱龙"))
+        indexTable = true;
+    else if (source == QStringLiteral("胜龙"))
+        indexTable = false;
+    else
+        return;
+
+    QString name;
+    switch (marketOf(code, kShanghaiStocks)) {
+    case Market::Shanghai:
+        name = DataPath() + QStringLiteral("\\data\\shase\\day\\") + (indexTable ? qianlongIndexStem(code) : code)
+            + QStringLiteral(".day");
+        break;
+    case Market::Shenzhen:
+        name = DataPath() + QStringLiteral("\\data\\sznse\\day\\") + code + QStringLiteral(".day");
+        break;
+    case Market::None:
+        return;
+    }
+
+    BarFile file;
+    if (!file.open(name))
+        return;
+    float workHigh = -100000, workLow = 100000, workOpen = 0, workVolume = 0, workAmount = 0;
+    const int16_t n = file.recordCount(kRecordSize);
+    if (n - 1 < 0)
+        return;
+
+    unsigned char rec[kRecordSize];
+    for (int i = n - 1; i >= 0; --i) {
+        file.read(static_cast<qint64>(i) * kRecordSize, rec, kRecordSize);
+        const int32_t d = le32(rec);
+        if (d > lastDate) {
+            const StockBar bar = barOf(kQianlong, rec);
+            workOpen = bar.Open;
+            if (bar.High > workHigh)
+                workHigh = bar.High;
+            if (bar.Low < workLow)
+                workLow = bar.Low;
+            addTo(workVolume, le32(rec + 24));
+            addTo(workAmount, le32(rec + 20));
+        }
+        if (d < lastDate)
+            break;
+    }
+    open = workOpen;
+    high = workHigh;
+    low = workLow;
+    volume = workVolume;
+    amount = workAmount;
+
+    const int16_t last = base::toInt16(static_cast<double>(file.size()) / kRecordSize - 1);
+    file.read(static_cast<qint64>(last) * kRecordSize, rec, kRecordSize);
+    close = static_cast<float>(le32(rec + 16) / 1000.0);
+    date = le32(rec);
+    found = date > lastDate;
+}
+
+} // namespace marketdata

@@ -1,0 +1,75 @@
+#include "QuoteLookup.h"
+#include "Readers.h"
+#include "TextFields.h"
+
+#include "base/Numbers.h"
+
+#include <memory>
+
+namespace marketdata {
+
+void CalcChartRange(const BarArray &bars, int16_t count, int16_t offset, int16_t n, ChartRange &range)
+{
+    int16_t start = base::sub16(base::sub16(count, n), offset);
+    if (start < 1)
+        start = 1;
+    const int16_t end = base::sub16(count, offset);
+    range = ChartRange{0, 10000, -1e9f, 1e9f, -1e9f, 1e9f};
+    if (start > end)
+        return;
+    for (int i = start; i <= end; ++i) {
+        const StockBar &bar = bars[i];
+        if (bar.High >= range.highestHigh)
+            range.highestHigh = bar.High;
+        if (range.lowestLow >= bar.Low && bar.Low > 0)
+            range.lowestLow = bar.Low;
+        if (bar.Volume >= range.highestVolume)
+            range.highestVolume = bar.Volume;
+        if (bar.Volume <= range.lowestVolume)
+            range.lowestVolume = bar.Volume;
+        if (bar.Amount >= range.highestAmount)
+            range.highestAmount = bar.Amount;
+        if (bar.Amount <= range.lowestAmount)
+            range.lowestAmount = bar.Amount;
+    }
+}
+
+void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
+                 QuoteState &state, const DrawChart &drawChart)
+{
+    const auto bars = std::make_unique<BarArray>();
+    const QString stock = trimBlanks(code).toUpper();
+
+    using Reader = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,
+                            float &, float &, int32_t &, int32_t &);
+    static const struct {
+        const char *source;
+        Reader reader;     // a package reader, or
+        const char *layout; // a text layout
+    } table[] = {
+        {"0", ReadQianlong, nullptr}, {"1", ReadShenglong, nullptr}, {"2", ReadFenxijia, nullptr},
+        {"3", nullptr, "CSV"},        {"4", nullptr, "GET"},        {"5", nullptr, "METATEXT"},
+        {"6", nullptr, "TT2"},
+    };
+    for (const auto &row : table) {
+        if (source != QLatin1String(row.source))
+            continue;
+        if (row.reader)
+            row.reader(dataDir, stock, 1, 0, 0, *bars, state.count, state.minLow, state.maxHigh, state.minLowDate,
+                       state.maxHighDate);
+        else
+            ReadTextBars(dataDir, stock, 1, 0, 0, QString::fromLatin1(row.layout), *bars, state.count, state.minLow,
+                         state.maxHigh, state.minLowDate, state.maxHighDate);
+        break;
+    }
+
+    if (draw) {
+        CalcChartRange(*bars, state.count, 0, 80, state.chart);
+        if (drawChart)
+            drawChart(*bars, state.count, state.chart.highestHigh, state.chart.lowestLow);
+    }
+    if (state.count != 0)
+        lastClose = (*bars)[state.count].Close;
+}
+
+} // namespace marketdata

@@ -1,0 +1,57 @@
+#pragma once
+// The quote lookup of the main window: reads one stock's daily bars through
+// the reader the source text names, optionally draws the chart of its last
+// bars, and returns the last close.
+//
+// The main window owns a QuoteState and passes it to every call: the bar
+// count, the four extremes and the six chart-range values live there between
+// calls (a failed read leaves the previous call's values in place).
+//
+// Drawing seam: QuoteLookup does not paint. When `draw` is true it computes
+// the range of the last bars (CalcChartRange, offset 0, 80 bars) and then
+// calls the DrawChart callback with the bars read, the count and the highest
+// high and lowest low of that range; the main window passes a callback that
+// runs DrawPriceChart on its picture box pPic1 (rising colour red, falling
+// colour blue).
+
+#include "StockBar.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+
+namespace marketdata {
+
+// The price range of the last bars, kept between calls.
+struct ChartRange {
+    float highestHigh = 0;
+    float lowestLow = 0;
+    float highestVolume = 0;
+    float lowestVolume = 0;
+    float highestAmount = 0;
+    float lowestAmount = 0;
+};
+
+struct QuoteState {
+    int16_t count = 0;
+    float minLow = 0;
+    float maxHigh = 0;
+    int32_t minLowDate = 0;
+    int32_t maxHighDate = 0;
+    ChartRange chart;
+};
+
+using DrawChart = std::function<void(const BarArray &bars, int16_t count, float highestHigh, float lowestLow)>;
+
+// source "0" 钱龙, "1" 胜龙, "2" 分析家, "3" CSV, "4" GET, "5" METATEXT,
+// "6" TT2 text; any other text reads nothing. The code is trimmed and
+// upper-cased. lastClose is written only when the count is not 0.
+void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
+                 QuoteState &state, const DrawChart &drawChart = {});
+
+// The range of bars count - n - offset (at least 1) to count - offset.
+// When it holds no bar the values are 0, 10000, -1e9, 1e9, -1e9, 1e9.
+void CalcChartRange(const BarArray &bars, int16_t count, int16_t offset, int16_t n, ChartRange &range);
+
+} // namespace marketdata

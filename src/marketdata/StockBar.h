@@ -1,0 +1,50 @@
+#pragma once
+// One price bar in memory and the bar array every reader fills.
+//
+// The field order (Close before High and Low) is fixed: readers and the chart
+// address the fields in this order.
+
+#include <cstdint>
+#include <vector>
+
+namespace marketdata {
+
+struct StockBar {
+    int32_t Date = 0; // YYYYMMDD
+    float Open = 0;
+    float Close = 0;
+    float High = 0;
+    float Low = 0;
+    float Volume = 0;
+    float Amount = 0;
+};
+
+inline bool operator==(const StockBar &a, const StockBar &b)
+{
+    return a.Date == b.Date && a.Open == b.Open && a.Close == b.Close && a.High == b.High && a.Low == b.Low
+        && a.Volume == b.Volume && a.Amount == b.Amount;
+}
+
+constexpr int kBarArrayLast = 20000;
+
+// Bars with indexes 1 .. 20000, every field zero at first. An index outside
+// that range raises the subscript-out-of-range error.
+class BarArray {
+public:
+    BarArray() : m_bars(kBarArrayLast) {}
+
+    StockBar &operator[](int i) { return m_bars[checked(i)]; }
+    const StockBar &operator[](int i) const { return m_bars[checked(i)]; }
+
+    // Sets every bar back to zero.
+    void clear();
+
+    static constexpr int first() { return 1; }
+    static constexpr int last() { return kBarArrayLast; }
+
+private:
+    static size_t checked(int i);
+    std::vector<StockBar> m_bars;
+};
+
+} // namespace marketdata

@@ -1,0 +1,149 @@
+#include "Holdings.h"
+
+#include "base/ErrorGuard.h"
+#include "base/Numbers.h"
+#include "store/Database.h"
+
+namespace platform {
+
+using base::resumeNext;
+
+namespace {
+
+// Division as the runtime does it: x/0 is "除数为零", 0/0 overflows.
+double divide(double a, double b)
+{
+    if (b == 0.0) {
+        if (a == 0.0)
+            base::raiseOverflow();
+        base::raiseDivisionByZero();
+    }
+    return a / b;
+}
+
+// First field of the first row of a one-value query; null gives `ifNull`.
+QVariant scalar(store::Database &db, const QString &sql)
+{
+    store::Recordset rs = db.openRecordset(sql);
+    return rs.field(0);
+}
+
+} // namespace
+
+const QStringList &holdingsHeaders()
+{
+    static const QStringList headers = {QString(),
+                                        QStringLiteral("股票代码"),
+                                        QStringLiteral("股票名称"),
+                                        QStringLiteral("平均价格"),
+                                        QStringLiteral("持有股数"),
+                                        QStringLiteral("交易总价"),
+                                        QStringLiteral("现在总价"),
+                                        QStringLiteral("浮动赢亏")};
+    return headers;
+}
+
+QString lossPercentText(float marketTotal, const QString &netFundsText)
+{
+    const double v = base::val(netFundsText);
+    const double ratio = divide(double(marketTotal) - v, double(marketTotal)) * 10000.0;
+    const int32_t whole = base::toInt32(ratio);
+    return base::signedForm(double(whole) / 100.0) + u'%';
+}
+
+void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Holdings &out)
+{
+    out.rows.clear();
+    const QString who = QStringLiteral(" from havewhat where userid='") + user + u'\'';
+    int16_t row = 1;
+    float price = 0.0f;
+    float marketTotal = 0.0f;
+    float costTotal = 0.0f;
+
+    store::Recordset codes;
+    bool empty = true;
+    resumeNext([&] {
+        codes = db.openRecordset(QStringLiteral("select distinct 股票代码") + who);
+        empty = codes.BOF() && codes.EOF_();
+    });
+
+    if (!empty) {
+        int count = 0;
+        resumeNext([&] {
+            codes.MoveFirst();
+            count = codes.RecordCount();
+        });
+        int16_t sold = 0;
+        int16_t bought = 0;
+        int16_t held = 0;
+        float costIn = 0.0f;
+        float proceeds = 0.0f;
+        for (int i = 0; i < count; ++i) {
+            QString code;
+            resumeNext([&] { code = base::variantText(codes.field(0)); });
+            const QString ofCode = QStringLiteral(" and 股票代码='") + code + u'\'';
+            const QString sellRows = who + QStringLiteral(" and 操作记录='卖出'") + ofCode;
+            const QString buyRows = who + QStringLiteral(" and 操作记录='买进'") + ofCode;
+
+            resumeNext([&] {
+                const QVariant v = scalar(db, QStringLiteral("select sum(成交股数)") + sellRows);
+                sold = v.isNull() ? int16_t(0) : base::toInt16(v.toDouble());
+            });
+            resumeNext([&] {
+                const QVariant v = scalar(db, QStringLiteral("select sum(成交股数)") + buyRows);
+                bought = v.isNull() ? int16_t(0) : base::toInt16(v.toDouble());
+            });
+            resumeNext([&] { held = base::sub16(bought, sold); });
+
+            if (held > 0) {
+                resumeNext([&] {
+                    const QVariant v = scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100))") + buyRows);
+                    costIn = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
+                });
+                resumeNext([&] {
+                    const QVariant v = scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1-交易费率/100))") + sellRows);
+                    proceeds = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
+                });
+                (void)proceeds; // queried like the other sums, but nothing uses it
+                resumeNext([&] { quote(code, price); });
+
+                std::array<QString, 8> cells;
+                resumeNext([&] { cells[1] = code; });
+                resumeNext([&] { cells[2] = QStringLiteral(" "); });
+                resumeNext([&] { cells[3] = base::singleText(base::toSingle(divide(costIn, bought))); });
+                resumeNext([&] { cells[4] = QString::number(held); });
+                resumeNext([&] { cells[5] = base::singleText(base::toSingle(divide(costIn, bought) * held)); });
+                resumeNext([&] { cells[6] = base::singleText(base::toSingle(double(price) * held)); });
+                resumeNext([&] {
+                    cells[7] = base::singleText(base::toSingle(double(price) * held - divide(costIn, bought) * held));
+                });
+                out.rows.push_back(cells);
+
+                resumeNext([&] { marketTotal = base::toSingle(double(marketTotal) + double(price) * held); });
+                resumeNext([&] { costTotal = base::toSingle(double(costTotal) + divide(costIn, bought) * held); });
+                resumeNext([&] { row = base::add16(row, 1); });
+            }
+            resumeNext([&] { codes.MoveNext(); });
+        }
+    }
+    (void)costTotal; // kept like the original figure, shown nowhere
+    (void)row;
+
+    out.marketValue = base::singleText(marketTotal);
+
+    float deposits = 0.0f;
+    float withdrawals = 0.0f;
+    const QString funds = QStringLiteral("select sum(资金数量) from 资金表 where userid='") + user + u'\'';
+    resumeNext([&] {
+        const QVariant v = scalar(db, funds + QStringLiteral(" and 操作表示='存入'"));
+        deposits = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
+    });
+    resumeNext([&] {
+        const QVariant v = scalar(db, funds + QStringLiteral(" and 操作表示='提取'"));
+        withdrawals = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
+    });
+    out.netFunds = base::singleText(base::toSingle(double(deposits) - double(withdrawals)));
+    resumeNext([&] { out.percent = lossPercentText(marketTotal, out.netFunds); });
+}
+
+} // namespace platform

@@ -1,0 +1,83 @@
+#pragma once
+// The operation platform: the window the signed-in user works from. It shows
+// the holdings (or the raw trade records) in one grid with a price chart of
+// the chosen stock, and opens every other window.
+
+#include "Holdings.h"
+#include "store/Database.h"
+
+#include <QMainWindow>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QMenu;
+class QPushButton;
+class QToolBar;
+
+namespace ui {
+class FlexGrid;
+}
+
+namespace platform {
+class PictureBox;
+struct QuoteSession;
+}
+
+class frmBefor : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmBefor(QWidget *parent = nullptr);
+    ~frmBefor() override;
+
+    void GetMame(const QString &GuName, const QString &GuPower);
+    // Switches the grid to the user's raw trade records.
+    void FrmRef();
+    int16_t SeachA(const QString &sql);
+
+    // Runs the load now if the first show has not done it yet.
+    void load();
+    bool rawMode() const { return m_rawMode; }
+
+    // Opens the window of a toolbar caption; any other text does nothing.
+    void toolbarClick(const QString &caption);
+    // Deletes the record of the grid's current row from the raw records.
+    void mnuDelClick();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void formLoad();
+    void HoldList();
+    void LoadRates();
+    void quoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw,
+                     float &lastClose);
+    void gridClick();
+    void gridDoubleClick();
+    void gridMouseDown(int button, int x, int y);
+    void openEntry(int which);
+    void openReport(const QString &caption);
+    void openSettings();
+    QString rawQuery() const;
+
+    QString m_userName;
+    QString m_userPower;
+    store::Database m_db;
+    QString m_sql;
+    store::Recordset m_current;
+    bool m_rawMode = false;
+    bool m_loaded = false;
+    std::unique_ptr<platform::QuoteSession> m_quote;
+
+    QToolBar *m_toolbar;
+    ui::FlexGrid *m_grid;
+    QLineEdit *m_text1;
+    QLineEdit *m_text2;
+    QLineEdit *m_text3;
+    QListWidget *m_list1;
+    platform::PictureBox *m_pPic1;
+    QMenu *m_mnuEdit;
+};

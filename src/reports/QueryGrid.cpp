@@ -1,0 +1,73 @@
+#include "QueryGrid.h"
+
+#include "base/ErrorGuard.h"
+#include "base/Numbers.h"
+#include "ui/FlexGrid.h"
+
+namespace reports {
+
+namespace {
+constexpr int kNarrowColumn = 200; // twips
+
+QString cellText(const QVariant &value)
+{
+    if (value.isNull())
+        return QStringLiteral("--");
+    const QString text = base::variantText(value);
+    return text.isEmpty() ? QStringLiteral("--") : text;
+}
+} // namespace
+
+int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Recordset &kept, const QString &sqlText,
+                          OnError onError)
+{
+    // Each statement goes through `run`; in continue-on-error mode a failing
+    // one is skipped and the next runs.
+    const auto run = [onError](auto &&statement) {
+        if (onError == OnError::ResumeNext)
+            base::resumeNext(statement);
+        else
+            statement();
+    };
+
+    run([&] { kept = db.openRecordset(sqlText); });
+    run([&] { grid.clear(); });
+    bool empty = false;
+    run([&] { empty = kept.BOF() && kept.EOF_(); });
+    if (empty)
+        return 0;
+
+    int16_t n = 0;
+    int cols = 0;
+    run([&] { kept.MoveFirst(); });
+    run([&] { kept.MoveLast(); });
+    run([&] { n = base::toInt16(kept.RecordCount()); });
+    run([&] { cols = kept.fieldCount(); });
+    run([&] { grid.setCols(cols); });
+    run([&] { grid.setRows(base::add16(n, 1)); });
+    run([&] { grid.setColWidth(0, kNarrowColumn); });
+    for (int j = 1; j < cols; ++j)
+        run([&] { grid.setTextMatrix(0, j, kept.fieldName(j)); });
+
+    run([&] { kept.MoveFirst(); });
+    for (int16_t r = 1; r <= n; r = base::add16(r, 1)) {
+        for (int j = 1; j < cols; ++j)
+            run([&] { grid.setTextMatrix(r, j, cellText(kept.field(j))); });
+        run([&] { kept.MoveNext(); });
+        if (r == n) // the loop variable's last step would not fit when n is 32767
+            break;
+    }
+    return 0;
+}
+
+bool deleteShownRecord(store::Recordset &kept, int row)
+{
+    if (kept.BOF() && kept.EOF_())
+        return false;
+    kept.MoveFirst();
+    kept.Move(row - 1);
+    kept.Delete();
+    return true;
+}
+
+} // namespace reports

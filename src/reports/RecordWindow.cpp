@@ -1,0 +1,51 @@
+#include "RecordWindow.h"
+
+#include "base/ErrorGuard.h"
+#include "ui/FlexGrid.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace reports {
+
+RecordWindow::RecordWindow(const QString &objectName, const QString &title, OnError fillErrors, QWidget *parent)
+    : ReportWindow(objectName, title, FileMenu::PopUp, parent), m_fillErrors(fillErrors)
+{
+    connect(MSFlexGrid1, &ui::FlexGrid::gridMouseDown, this,
+            base::guarded([this](int button, int x, int y) { gridMouseDown(button, x, y); }));
+    connect(mnudel, &QAction::triggered, this, base::guarded([this](bool) { deleteRecord(); }));
+}
+
+int16_t RecordWindow::SeachA(QString Sqltxt)
+{
+    return fillGridFromQuery(m_db, *MSFlexGrid1, m_rs, Sqltxt, m_fillErrors);
+}
+
+void RecordWindow::FillGrid()
+{
+    m_Sqltxt = buildQuery();
+    SeachA(m_Sqltxt);
+}
+
+void RecordWindow::formUnload()
+{
+    m_rs = store::Recordset();
+    ReportWindow::formUnload();
+}
+
+void RecordWindow::gridMouseDown(int button, int x, int y)
+{
+    if (button == 2)
+        mnufile->popup(MSFlexGrid1->viewport()->mapToGlobal(QPoint(x, y)));
+}
+
+void RecordWindow::deleteRecord()
+{
+    if (!deleteShownRecord(m_rs, MSFlexGrid1->row()))
+        return;
+    m_Sqltxt = buildQuery();
+    SeachA(m_Sqltxt);
+    m_Sqltxt.clear();
+}
+
+} // namespace reports

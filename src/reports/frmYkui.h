@@ -1,0 +1,20 @@
+#pragma once
+// Profit and loss: one row per stock sold at least once, with the latest
+// sale date, the average net selling price, the shares sold, the net
+// proceeds and the profit against the average purchase cost. 16-bit money
+// figures; no menu.
+
+#include "ReportWindow.h"
+
+namespace reports {
+
+class frmYkui : public ReportWindow {
+    Q_OBJECT
+public:
+    explicit frmYkui(QWidget *parent = nullptr);
+
+protected:
+    void FillGrid() override;
+};
+
+} // namespace reports

@@ -1,0 +1,981 @@
+#include "Database.h"
+
+#include "CipherKey.h"
+#include "base/Numbers.h"
+#include "base/Paths.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+
+#include <sqlcipher/sqlite3.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace store {
+
+namespace {
+
+[[noreturn]] void raise(int number, const QString &description)
+{
+    throw base::RuntimeError(number, description);
+}
+
+[[noreturn]] void raiseNotSet()
+{
+    raise(ErrObjectNotSet, QStringLiteral("对象变量或 With 块变量未设置"));
+}
+
+[[noreturn]] void raiseClosed()
+{
+    raise(ErrObjectClosed, QStringLiteral("对象无效或不再被设置。"));
+}
+
+[[noreturn]] void raiseNoCurrentRecord()
+{
+    raise(ErrNoCurrentRecord, QStringLiteral("无当前记录。"));
+}
+
+[[noreturn]] void raiseConversion()
+{
+    raise(ErrConversion, QStringLiteral("数据类型转换错误。"));
+}
+
+// Turns an engine failure into the runtime error the program reports.
+[[noreturn]] void raiseEngine(sqlite3 *db, int rc, const QString &fileName)
+{
+    const QString message = QString::fromUtf8(db ? sqlite3_errmsg(db) : sqlite3_errstr(rc));
+    const int primary = rc & 0xff;
+    static const QString noTable = QStringLiteral("no such table: ");
+    if (message.startsWith(noTable))
+        raise(ErrNoSuchTable,
+              QStringLiteral("Microsoft Jet 数据库引擎找不到输入表或查询 '%1'。确定它是否存在，以及它的名称的拼写是否正确。")
+                  .arg(message.mid(noTable.size())));
+    if (message.startsWith(QStringLiteral("no such column")))
+        raise(ErrTooFewParameters, QStringLiteral("参数不足，期待是 1。"));
+    switch (primary) {
+    case SQLITE_CONSTRAINT:
+        raise(ErrDuplicateValue,
+              QStringLiteral("由于数据会在索引、主关键字或关系中产生重复的值，请求对表的改变没有成功。"));
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        raise(ErrLocked, QStringLiteral("不能更新；当前被锁定。"));
+    case SQLITE_READONLY:
+        raise(ErrReadOnly, QStringLiteral("不能更新。数据库或对象为只读。"));
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        raise(ErrNotADatabase, QStringLiteral("不可识别的数据库格式 '%1'。").arg(fileName));
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+        raise(ErrDiskIo, QStringLiteral("磁盘或网络错误。"));
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        raise(ErrCannotOpen,
+              QStringLiteral("数据库引擎打不开文件 '%1'。它已经被别的用户以独占方式打开，或没有查看数据的权限。")
+                  .arg(fileName));
+    case SQLITE_NOMEM:
+        raise(7, QStringLiteral("内存不够"));
+    default:
+        raise(ErrSyntax, QStringLiteral("查询表达式中的语法错误 (%1)。").arg(message));
+    }
+}
+
+// The column types the program distinguishes, from the declared type.
+enum class Kind { Text, Date, Double, Single, Integer, Other };
+
+Kind kindOf(const char *declared)
+{
+    if (!declared)
+        return Kind::Other;
+    const QByteArray t = QByteArray(declared).toUpper();
+    if (t.contains("CHAR") || t.contains("TEXT") || t.contains("MEMO") || t.contains("CLOB"))
+        return Kind::Text;
+    if (t.contains("DATE") || t.contains("TIME"))
+        return Kind::Date;
+    if (t.contains("SINGLE") || t.contains("FLOAT"))
+        return Kind::Single;
+    if (t.contains("DOUB") || t.contains("REAL") || t.contains("NUMERIC") || t.contains("DECIMAL")
+        || t.contains("CURRENCY"))
+        return Kind::Double;
+    if (t.contains("INT") || t.contains("COUNTER") || t.contains("LONG") || t.contains("BYTE"))
+        return Kind::Integer;
+    return Kind::Other;
+}
+
+// Day numbers of the engine's date values count from 1899-12-30.
+const QDate kDayZero(1899, 12, 30);
+
+QVariant fromDayNumber(double v)
+{
+    if (!std::isfinite(v) || std::fabs(v) > 3e6)
+        raiseConversion();
+    const double whole = std::floor(v);
+    const QDate d = kDayZero.addDays(qint64(whole));
+    const qint64 ms = qint64(std::llround((v - whole) * 86400000.0));
+    if (ms == 0)
+        return d;
+    return QDateTime(d, QTime(0, 0)).addMSecs(ms);
+}
+
+double toDayNumber(const QDateTime &dt)
+{
+    const double days = double(kDayZero.daysTo(dt.date()));
+    return days + double(dt.time().msecsSinceStartOfDay()) / 86400000.0;
+}
+
+QString isoText(const QDateTime &dt)
+{
+    if (dt.time() == QTime(0, 0))
+        return dt.date().toString(Qt::ISODate);
+    return dt.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+// Reads a stored date text; the ISO forms come first, then the forms a user
+// may type.
+QVariant parseDate(const QString &raw)
+{
+    const QString s = raw.trimmed();
+    static const char *const dateForms[] = {"yyyy-MM-dd", "yyyy-M-d", "yyyy/M/d"};
+    static const char *const timeForms[] = {"yyyy-MM-dd HH:mm:ss", "yyyy-MM-ddTHH:mm:ss", "yyyy-M-d H:mm:ss",
+                                            "yyyy/M/d H:mm:ss", "yyyy-MM-dd HH:mm:ss.zzz"};
+    for (const char *f : dateForms) {
+        const QDate d = QDate::fromString(s, QLatin1String(f));
+        if (d.isValid())
+            return d;
+    }
+    for (const char *f : timeForms) {
+        const QDateTime dt = QDateTime::fromString(s, QLatin1String(f));
+        if (dt.isValid())
+            return dt.time() == QTime(0, 0) ? QVariant(dt.date()) : QVariant(dt);
+    }
+    return QVariant();
+}
+
+QVariant integerVariant(qint64 v)
+{
+    if (v >= std::numeric_limits<int>::min() && v <= std::numeric_limits<int>::max())
+        return int(v);
+    return v;
+}
+
+// One value of a result row, in the form of its column.
+QVariant readValue(sqlite3_stmt *st, int i, Kind kind)
+{
+    const int type = sqlite3_column_type(st, i);
+    if (type == SQLITE_NULL)
+        return QVariant();
+    if (type == SQLITE_BLOB) {
+        const auto *p = static_cast<const char *>(sqlite3_column_blob(st, i));
+        return QByteArray(p, sqlite3_column_bytes(st, i));
+    }
+    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+    auto text = [&] {
+        const auto *p = reinterpret_cast<const char *>(sqlite3_column_text(st, i));
+        return QString::fromUtf8(p, sqlite3_column_bytes(st, i));
+    };
+    switch (kind) {
+    case Kind::Text:
+        return text();
+    case Kind::Date:
+        if (numeric)
+            return fromDayNumber(sqlite3_column_double(st, i));
+        {
+            const QVariant d = parseDate(text());
+            return d.isValid() ? d : QVariant(text());
+        }
+    case Kind::Double:
+        return numeric ? QVariant(sqlite3_column_double(st, i)) : QVariant(text());
+    case Kind::Single:
+        return numeric ? QVariant(float(sqlite3_column_double(st, i))) : QVariant(text());
+    case Kind::Integer:
+        if (type == SQLITE_INTEGER)
+            return integerVariant(sqlite3_column_int64(st, i));
+        return numeric ? QVariant(sqlite3_column_double(st, i)) : QVariant(text());
+    case Kind::Other:
+        break;
+    }
+    if (type == SQLITE_INTEGER)
+        return integerVariant(sqlite3_column_int64(st, i));
+    if (type == SQLITE_FLOAT)
+        return sqlite3_column_double(st, i);
+    return text();
+}
+
+bool isNumberType(const QVariant &v)
+{
+    switch (v.typeId()) {
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isDateType(const QVariant &v)
+{
+    return v.typeId() == QMetaType::QDate || v.typeId() == QMetaType::QDateTime;
+}
+
+QDateTime asDateTime(const QVariant &v)
+{
+    return v.typeId() == QMetaType::QDate ? QDateTime(v.toDate(), QTime(0, 0)) : v.toDateTime();
+}
+
+// The numeric value of an assigned value for a numeric column.
+double numberOf(const QVariant &v)
+{
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? -1.0 : 0.0;
+    if (isNumberType(v))
+        return v.toDouble();
+    if (isDateType(v))
+        return toDayNumber(asDateTime(v));
+    if (v.typeId() == QMetaType::QString) {
+        const QString s = v.toString().trimmed();
+        bool ok = false;
+        const double d = s.toDouble(&ok);
+        if (ok && std::isfinite(d))
+            return d;
+    }
+    raiseConversion();
+}
+
+// The value stored for `v` in a column of kind `kind`: null, qint64, double
+// or QString, converted as the engine converts an assignment.
+QVariant storageValue(const QVariant &v, Kind kind)
+{
+    if (v.isNull() || !v.isValid())
+        return QVariant();
+    switch (kind) {
+    case Kind::Text:
+        if (v.typeId() == QMetaType::QString)
+            return v;
+        return base::variantText(v);
+    case Kind::Double:
+        return numberOf(v);
+    case Kind::Single: {
+        const double d = numberOf(v);
+        if (std::fabs(d) > double(std::numeric_limits<float>::max()))
+            raise(ErrNumericOverflow, QStringLiteral("数值字段溢出。"));
+        return double(float(d));
+    }
+    case Kind::Integer: {
+        const double d = base::roundHalfEven(numberOf(v));
+        if (!(d >= -9.2e18 && d <= 9.2e18))
+            raise(ErrNumericOverflow, QStringLiteral("数值字段溢出。"));
+        return qint64(d);
+    }
+    case Kind::Date: {
+        if (isDateType(v))
+            return isoText(asDateTime(v));
+        if (v.typeId() == QMetaType::QString) {
+            const QVariant d = parseDate(v.toString());
+            if (!d.isValid())
+                raiseConversion();
+            return isoText(asDateTime(d));
+        }
+        return isoText(asDateTime(fromDayNumber(numberOf(v))));
+    }
+    case Kind::Other:
+        break;
+    }
+    if (v.typeId() == QMetaType::Bool)
+        return qint64(v.toBool() ? -1 : 0);
+    if (isNumberType(v))
+        return (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float) ? QVariant(v.toDouble())
+                                                                                  : QVariant(v.toLongLong());
+    if (isDateType(v))
+        return isoText(asDateTime(v));
+    return v.toString();
+}
+
+void bindValue(sqlite3_stmt *st, int index, const QVariant &v)
+{
+    if (v.isNull() || !v.isValid()) {
+        sqlite3_bind_null(st, index);
+    } else if (v.typeId() == QMetaType::LongLong) {
+        sqlite3_bind_int64(st, index, v.toLongLong());
+    } else if (v.typeId() == QMetaType::Double) {
+        sqlite3_bind_double(st, index, v.toDouble());
+    } else {
+        const QByteArray utf8 = v.toString().toUtf8();
+        sqlite3_bind_text(st, index, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+    }
+}
+
+QString quoteIdentifier(const QString &name)
+{
+    QString q = name;
+    q.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + q + u'"';
+}
+
+// A prepared statement, finalized however the scope is left.
+class Statement {
+public:
+    Statement(sqlite3 *db, const QString &sql, const QString &fileName)
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        const char *tail = nullptr;
+        const int rc = sqlite3_prepare_v2(db, utf8.constData(), int(utf8.size()), &m_st, &tail);
+        if (rc != SQLITE_OK)
+            raiseEngine(db, rc, fileName);
+        if (!m_st)
+            raise(ErrInvalidSqlStatement,
+                  QStringLiteral("无效的 SQL语句；期待 'DELETE'、'INSERT'、'PROCEDURE'、'SELECT'、或 'UPDATE'。"));
+        // Anything but blanks, comments and semicolons after the statement is refused.
+        if (tail && *tail) {
+            sqlite3_stmt *rest = nullptr;
+            const char *restTail = nullptr;
+            const int rc2 = sqlite3_prepare_v2(db, tail, -1, &rest, &restTail);
+            const bool more = rc2 != SQLITE_OK || rest != nullptr;
+            sqlite3_finalize(rest);
+            if (more) {
+                sqlite3_finalize(m_st);
+                m_st = nullptr;
+                raise(ErrTrailingCharacters, QStringLiteral("在 SQL 语句结束后找到字符。"));
+            }
+        }
+    }
+    ~Statement() { sqlite3_finalize(m_st); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    sqlite3_stmt *get() const { return m_st; }
+
+private:
+    sqlite3_stmt *m_st = nullptr;
+};
+
+QString fromUtf8(const char *p)
+{
+    return p ? QString::fromUtf8(p) : QString();
+}
+
+bool startsWithWord(const QString &text, const QString &word, int *after)
+{
+    int i = 0;
+    while (i < text.size() && text[i].isSpace())
+        ++i;
+    if (text.mid(i, word.size()).compare(word, Qt::CaseInsensitive) != 0)
+        return false;
+    const int end = i + int(word.size());
+    if (end < text.size() && !text[end].isSpace() && text[end] != u'*')
+        return false;
+    *after = end;
+    return true;
+}
+
+// Words that make a query's rows stand for more than one table row.
+bool combinesRows(const QString &sql)
+{
+    static const char *const words[] = {"distinct", "group", "union", "intersect", "except", "join"};
+    for (const char *w : words) {
+        const QString word = QLatin1String(w);
+        qsizetype from = 0;
+        while ((from = sql.indexOf(word, from, Qt::CaseInsensitive)) >= 0) {
+            const qsizetype end = from + word.size();
+            const bool leftOk = from == 0 || !sql[from - 1].isLetterOrNumber();
+            const bool rightOk = end >= sql.size() || !sql[end].isLetterOrNumber();
+            if (leftOk && rightOk)
+                return true;
+            from = end;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+// ---------------------------------------------------------------- Database
+
+struct Database::Impl {
+    sqlite3 *db = nullptr;
+    QString name; // the file name as given, for messages
+
+    ~Impl() { closeConnection(); }
+    void closeConnection()
+    {
+        if (db) {
+            sqlite3_close_v2(db);
+            db = nullptr;
+        }
+    }
+};
+
+Database::Database() = default;
+Database::~Database() = default;
+Database::Database(Database &&) noexcept = default;
+Database &Database::operator=(Database &&) noexcept = default;
+
+namespace {
+
+QString passwordOf(const QString &connect)
+{
+    const QStringList parts = connect.split(u';');
+    for (const QString &p : parts) {
+        const qsizetype eq = p.indexOf(u'=');
+        if (eq > 0 && p.left(eq).trimmed().compare(QLatin1String("pwd"), Qt::CaseInsensitive) == 0)
+            return p.mid(eq + 1);
+    }
+    return QString();
+}
+
+// Opens the connection and proves the key by reading the schema; closes it
+// again on failure. Returns the engine's result code.
+int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 **out)
+{
+    const int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_NOMUTEX;
+    sqlite3 *db = nullptr;
+    int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &db, flags, nullptr);
+    if (rc == SQLITE_OK && !key.isEmpty())
+        rc = sqlite3_key(db, key.constData(), int(key.size()));
+    if (rc == SQLITE_OK)
+        rc = sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK) {
+        sqlite3_close_v2(db);
+        return rc;
+    }
+    sqlite3_busy_timeout(db, 2000);
+    *out = db;
+    return SQLITE_OK;
+}
+
+} // namespace
+
+Database Database::open(const QString &name, int options, bool readOnly, const QString &connect)
+{
+    Q_UNUSED(options); // several handles of this process share the file
+    const QString path = base::resolvePath(name);
+    const QFileInfo info(path);
+    if (!info.exists() || !info.isFile())
+        raise(ErrFileNotFound, QStringLiteral("找不到文件 '%1'。").arg(name));
+
+    QByteArray head;
+    {
+        QFile f(path);
+        if (!f.open(QIODevice::ReadOnly))
+            raiseEngine(nullptr, SQLITE_CANTOPEN, name);
+        head = f.read(kSaltBytes);
+    }
+    const qint64 size = info.size();
+    const bool plain = head.startsWith(QByteArrayView("SQLite format 3"));
+    const QString password = passwordOf(connect);
+    // An encrypted file is whole pages of 1024 bytes; anything shorter than a
+    // salt cannot be one (and the engine would take an empty file as new).
+    if (head.size() < kSaltBytes)
+        raise(ErrNotADatabase, QStringLiteral("不可识别的数据库格式 '%1'。").arg(name));
+
+    const QByteArray key = (password.isEmpty() || plain) ? QByteArray() : rawKeyText(password, head);
+    sqlite3 *db = nullptr;
+    const int rc = (plain && !password.isEmpty()) ? SQLITE_NOTADB : tryOpen(path, readOnly, key, &db);
+    if (rc != SQLITE_OK) {
+        if (!key.isEmpty())
+            forgetRawKey(password, head);
+        const int primary = rc & 0xff;
+        if (primary == SQLITE_NOTADB || primary == SQLITE_CORRUPT) {
+            const bool looksEncrypted = !plain && size % 1024 == 0;
+            if (looksEncrypted)
+                raise(ErrNotValidPassword, QStringLiteral("不是有效的密码。"));
+            raise(ErrNotADatabase, QStringLiteral("不可识别的数据库格式 '%1'。").arg(name));
+        }
+        raiseEngine(nullptr, rc, name);
+    }
+    Database d;
+    d.m_impl = std::make_shared<Impl>();
+    d.m_impl->db = db;
+    d.m_impl->name = name;
+    return d;
+}
+
+bool Database::isOpen() const
+{
+    return m_impl && m_impl->db;
+}
+
+namespace {
+sqlite3 *connectionOf(const std::shared_ptr<Database::Impl> &impl)
+{
+    if (!impl)
+        raiseNotSet();
+    if (!impl->db)
+        raiseClosed();
+    return impl->db;
+}
+} // namespace
+
+void Database::execute(const QString &sql)
+{
+    sqlite3 *db = connectionOf(m_impl);
+    Statement st(db, sql, m_impl->name);
+    if (sqlite3_column_count(st.get()) > 0)
+        raise(ErrSelectNotExecutable, QStringLiteral("不能执行选定查询。"));
+    const int rc = sqlite3_step(st.get());
+    if (rc != SQLITE_DONE)
+        raiseEngine(db, rc, m_impl->name);
+}
+
+QList<TableDef> Database::tableDefs()
+{
+    sqlite3 *db = connectionOf(m_impl);
+    QList<TableDef> defs;
+    defs.append({QStringLiteral("sqlite_master"), kSystemObject});
+    Statement st(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY rowid"), m_impl->name);
+    int rc;
+    while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
+        const QString name = fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(st.get(), 0)));
+        const bool own = name.startsWith(QLatin1String("sqlite_"), Qt::CaseInsensitive);
+        defs.append({name, own ? kSystemObject : 0});
+    }
+    if (rc != SQLITE_DONE)
+        raiseEngine(db, rc, m_impl->name);
+    return defs;
+}
+
+void Database::close()
+{
+    if (!m_impl)
+        raiseNotSet();
+    if (!m_impl->db)
+        raiseClosed();
+    m_impl->closeConnection();
+}
+
+Database openUserDatabase()
+{
+    return Database::open(base::programFolder() + QStringLiteral("\\user2.mdb"), 1, false, kConnect);
+}
+
+// ---------------------------------------------------------------- Recordset
+
+namespace {
+
+struct Column {
+    QString name;
+    QString origin; // column of the base table, empty for a computed one
+    Kind kind = Kind::Other;
+};
+
+struct Row {
+    qint64 rowid = 0;
+    QList<QVariant> values;
+    bool deleted = false;
+};
+
+} // namespace
+
+struct Recordset::Impl {
+    std::shared_ptr<Database::Impl> db;
+    QList<Column> columns;
+    std::vector<Row> rows;
+    QString table; // base table when the rows can be changed, else empty
+    qsizetype pos = -1;
+    bool bof = true;
+    bool eof = true;
+    enum class Mode { None, Adding, Editing } mode = Mode::None;
+    QList<QVariant> buffer;
+    QList<bool> assigned;
+
+    sqlite3 *connection() const
+    {
+        if (!db->db)
+            raiseClosed();
+        return db->db;
+    }
+
+    qsizetype liveCount() const
+    {
+        qsizetype n = 0;
+        for (const Row &r : rows)
+            n += r.deleted ? 0 : 1;
+        return n;
+    }
+    qsizetype firstLive(qsizetype from) const
+    {
+        for (qsizetype i = std::max<qsizetype>(from, 0); i < qsizetype(rows.size()); ++i)
+            if (!rows[size_t(i)].deleted)
+                return i;
+        return -1;
+    }
+    qsizetype lastLive(qsizetype from) const
+    {
+        for (qsizetype i = std::min<qsizetype>(from, qsizetype(rows.size()) - 1); i >= 0; --i)
+            if (!rows[size_t(i)].deleted)
+                return i;
+        return -1;
+    }
+    void toFirst()
+    {
+        pos = firstLive(0);
+        bof = eof = pos < 0;
+    }
+    const Row &current() const
+    {
+        if (bof || eof || pos < 0 || pos >= qsizetype(rows.size()))
+            raiseNoCurrentRecord();
+        const Row &r = rows[size_t(pos)];
+        if (r.deleted)
+            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+        return r;
+    }
+    void checkIndex(int i) const
+    {
+        if (i < 0 || i >= columns.size())
+            raise(ErrItemNotFound, QStringLiteral("在此集合中找不到项目。"));
+    }
+    void requireUpdatable() const
+    {
+        if (table.isEmpty())
+            raise(ErrReadOnly, QStringLiteral("不能更新。数据库或对象为只读。"));
+    }
+
+    // Reads the stored row back into the snapshot's column order.
+    QList<QVariant> readRow(qint64 rowid)
+    {
+        QStringList cols;
+        for (const Column &c : columns)
+            cols << quoteIdentifier(c.origin);
+        Statement st(connection(),
+                     QStringLiteral("SELECT %1 FROM %2 WHERE rowid=?").arg(cols.join(u','), quoteIdentifier(table)),
+                     db->name);
+        sqlite3_bind_int64(st.get(), 1, rowid);
+        const int rc = sqlite3_step(st.get());
+        if (rc == SQLITE_DONE)
+            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+        if (rc != SQLITE_ROW)
+            raiseEngine(connection(), rc, db->name);
+        QList<QVariant> values;
+        for (int i = 0; i < columns.size(); ++i)
+            values << readValue(st.get(), i, columns[i].kind);
+        return values;
+    }
+};
+
+Recordset::Recordset() = default;
+Recordset::~Recordset() = default;
+Recordset::Recordset(Recordset &&) noexcept = default;
+Recordset &Recordset::operator=(Recordset &&) noexcept = default;
+
+Recordset Database::openRecordset(const QString &sql)
+{
+    sqlite3 *db = connectionOf(m_impl);
+    auto rs = std::make_unique<Recordset::Impl>();
+    rs->db = m_impl;
+
+    Statement plain(db, sql, m_impl->name);
+    const int n = sqlite3_column_count(plain.get());
+    if (n == 0)
+        raise(ErrInvalidOperation, QStringLiteral("无效的操作。"));
+
+    QString table;
+    bool oneTable = true;
+    for (int i = 0; i < n; ++i) {
+        Column c;
+        c.name = fromUtf8(sqlite3_column_name(plain.get(), i));
+        c.origin = fromUtf8(sqlite3_column_origin_name(plain.get(), i));
+        c.kind = kindOf(sqlite3_column_decltype(plain.get(), i));
+        const QString t = fromUtf8(sqlite3_column_table_name(plain.get(), i));
+        const QString schema = fromUtf8(sqlite3_column_database_name(plain.get(), i));
+        if (c.origin.isEmpty() || schema != QLatin1String("main"))
+            oneTable = false;
+        else if (table.isEmpty())
+            table = t;
+        else if (t.compare(table, Qt::CaseInsensitive) != 0)
+            oneTable = false;
+        rs->columns.append(c);
+    }
+
+    // Rows of a plain query on one table carry that table's row ids, read
+    // through the same query with the row id in front.
+    int afterSelect = 0;
+    std::unique_ptr<Statement> withId;
+    if (oneTable && !table.isEmpty() && startsWithWord(sql, QStringLiteral("select"), &afterSelect)
+        && !combinesRows(sql)) {
+        try {
+            withId = std::make_unique<Statement>(
+                db, QStringLiteral("SELECT rowid AS tessaly_rowid_, ") + sql.mid(afterSelect), m_impl->name);
+            if (sqlite3_column_count(withId->get()) != n + 1)
+                withId.reset();
+        } catch (const base::RuntimeError &) {
+            withId.reset();
+        }
+    }
+    if (withId)
+        rs->table = table;
+
+    sqlite3_stmt *st = withId ? withId->get() : plain.get();
+    const int offset = withId ? 1 : 0;
+    int rc;
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
+        Row r;
+        r.rowid = withId ? sqlite3_column_int64(st, 0) : 0;
+        r.values.reserve(n);
+        for (int i = 0; i < n; ++i)
+            r.values.append(readValue(st, i + offset, rs->columns[i].kind));
+        rs->rows.push_back(std::move(r));
+    }
+    if (rc != SQLITE_DONE)
+        raiseEngine(db, rc, m_impl->name);
+    rs->toFirst();
+
+    Recordset result;
+    result.m_impl = std::move(rs);
+    return result;
+}
+
+namespace {
+Recordset::Impl &checked(const std::unique_ptr<Recordset::Impl> &impl)
+{
+    if (!impl)
+        raiseNotSet();
+    impl->connection();
+    return *impl;
+}
+} // namespace
+
+bool Recordset::isSet() const
+{
+    return bool(m_impl);
+}
+
+bool Recordset::BOF() const
+{
+    return checked(m_impl).bof;
+}
+
+bool Recordset::EOF_() const
+{
+    return checked(m_impl).eof;
+}
+
+void Recordset::MoveFirst()
+{
+    Impl &r = checked(m_impl);
+    const qsizetype p = r.firstLive(0);
+    if (p < 0)
+        raiseNoCurrentRecord();
+    r.mode = Impl::Mode::None;
+    r.pos = p;
+    r.bof = r.eof = false;
+}
+
+void Recordset::MoveLast()
+{
+    Impl &r = checked(m_impl);
+    const qsizetype p = r.lastLive(qsizetype(r.rows.size()) - 1);
+    if (p < 0)
+        raiseNoCurrentRecord();
+    r.mode = Impl::Mode::None;
+    r.pos = p;
+    r.bof = r.eof = false;
+}
+
+void Recordset::MoveNext()
+{
+    Move(1);
+}
+
+void Recordset::MovePrevious()
+{
+    Move(-1);
+}
+
+void Recordset::Move(int rows)
+{
+    Impl &r = checked(m_impl);
+    if ((rows > 0 && r.eof) || (rows < 0 && r.bof) || (rows == 0 && (r.bof || r.eof)))
+        raiseNoCurrentRecord();
+    r.mode = Impl::Mode::None;
+    const qsizetype size = qsizetype(r.rows.size());
+    qsizetype p = r.bof ? -1 : (r.eof ? size : r.pos);
+    for (int step = rows; step > 0; --step) {
+        p = r.firstLive(p + 1);
+        if (p < 0) {
+            r.pos = size;
+            r.eof = true;
+            r.bof = false;
+            return;
+        }
+    }
+    for (int step = rows; step < 0; ++step) {
+        p = r.lastLive(p - 1);
+        if (p < 0) {
+            r.pos = -1;
+            r.bof = true;
+            r.eof = false;
+            return;
+        }
+    }
+    r.pos = p;
+    r.bof = r.eof = false;
+}
+
+int Recordset::RecordCount() const
+{
+    return int(checked(m_impl).liveCount());
+}
+
+int Recordset::fieldCount() const
+{
+    return int(checked(m_impl).columns.size());
+}
+
+QString Recordset::fieldName(int i) const
+{
+    const Impl &r = checked(m_impl);
+    r.checkIndex(i);
+    return r.columns[i].name;
+}
+
+QVariant Recordset::field(int i) const
+{
+    const Impl &r = checked(m_impl);
+    r.checkIndex(i);
+    if (r.mode != Impl::Mode::None) {
+        if (r.assigned[i])
+            return r.buffer[i];
+        if (r.mode == Impl::Mode::Adding)
+            return QVariant();
+    }
+    return r.current().values[i];
+}
+
+void Recordset::AddNew()
+{
+    Impl &r = checked(m_impl);
+    r.requireUpdatable();
+    r.mode = Impl::Mode::Adding;
+    r.buffer = QList<QVariant>(r.columns.size());
+    r.assigned = QList<bool>(r.columns.size(), false);
+}
+
+void Recordset::Edit()
+{
+    Impl &r = checked(m_impl);
+    r.requireUpdatable();
+    r.current();
+    r.mode = Impl::Mode::Editing;
+    r.buffer = QList<QVariant>(r.columns.size());
+    r.assigned = QList<bool>(r.columns.size(), false);
+}
+
+void Recordset::setField(int i, const QVariant &value)
+{
+    Impl &r = checked(m_impl);
+    r.checkIndex(i);
+    if (r.mode == Impl::Mode::None)
+        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+    r.buffer[i] = value;
+    r.assigned[i] = true;
+}
+
+void Recordset::Update()
+{
+    Impl &r = checked(m_impl);
+    if (r.mode == Impl::Mode::None)
+        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+    sqlite3 *db = r.connection();
+
+    // Every assigned value is converted before anything is written; a later
+    // assignment to the same table column wins.
+    QStringList names;
+    QList<QVariant> values;
+    for (int i = 0; i < r.columns.size(); ++i) {
+        if (!r.assigned[i])
+            continue;
+        const QVariant stored = storageValue(r.buffer[i], r.columns[i].kind);
+        const qsizetype k = names.indexOf(r.columns[i].origin);
+        if (k >= 0) {
+            values[k] = stored;
+        } else {
+            names << r.columns[i].origin;
+            values << stored;
+        }
+    }
+
+    const bool adding = r.mode == Impl::Mode::Adding;
+    qint64 rowid = adding ? 0 : r.current().rowid;
+    QString sql;
+    if (adding) {
+        QStringList cols, marks;
+        for (const QString &n : names) {
+            cols << quoteIdentifier(n);
+            marks << QStringLiteral("?");
+        }
+        sql = names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(quoteIdentifier(r.table))
+                              : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                    .arg(quoteIdentifier(r.table), cols.join(u','), marks.join(u','));
+    } else if (!names.isEmpty()) {
+        QStringList sets;
+        for (const QString &n : names)
+            sets << quoteIdentifier(n) + QStringLiteral("=?");
+        sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(quoteIdentifier(r.table), sets.join(u','));
+    }
+    if (!sql.isEmpty()) {
+        Statement st(db, sql, r.db->name);
+        int index = 1;
+        for (const QVariant &v : values)
+            bindValue(st.get(), index++, v);
+        if (!adding)
+            sqlite3_bind_int64(st.get(), index, rowid);
+        const int rc = sqlite3_step(st.get());
+        if (rc != SQLITE_DONE)
+            raiseEngine(db, rc, r.db->name);
+        if (!adding && sqlite3_changes(db) == 0)
+            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+        if (adding)
+            rowid = sqlite3_last_insert_rowid(db);
+    }
+    r.mode = Impl::Mode::None;
+
+    // The snapshot shows the row as stored; an added row goes to its end and
+    // the current record stays where it was.
+    QList<QVariant> stored = r.readRow(rowid);
+    if (adding)
+        r.rows.push_back(Row{rowid, std::move(stored), false});
+    else
+        r.rows[size_t(r.pos)].values = std::move(stored);
+}
+
+void Recordset::CancelUpdate()
+{
+    Impl &r = checked(m_impl);
+    if (r.mode == Impl::Mode::None)
+        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+    r.mode = Impl::Mode::None;
+}
+
+void Recordset::Delete()
+{
+    Impl &r = checked(m_impl);
+    r.requireUpdatable();
+    r.mode = Impl::Mode::None;
+    const qint64 rowid = r.current().rowid;
+    sqlite3 *db = r.connection();
+    Statement st(db, QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(quoteIdentifier(r.table)), r.db->name);
+    sqlite3_bind_int64(st.get(), 1, rowid);
+    const int rc = sqlite3_step(st.get());
+    if (rc != SQLITE_DONE)
+        raiseEngine(db, rc, r.db->name);
+    if (sqlite3_changes(db) == 0)
+        raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+    r.rows[size_t(r.pos)].deleted = true;
+}
+
+} // namespace store

@@ -1,0 +1,166 @@
+#include "Journal.h"
+#include "TestFolder.h"
+#include "platform/Holdings.h"
+
+#include <QHash>
+#include <gtest/gtest.h>
+
+using platform::Holdings;
+using platform::HoldList;
+
+namespace {
+
+// Prices by code; a code missing here has no bars (the price is not written).
+struct Quotes {
+    QHash<QString, float> closes;
+    QStringList asked;
+    platform::QuoteFn fn()
+    {
+        return [this](const QString &code, float &price) {
+            asked << code;
+            if (closes.contains(code))
+                price = closes.value(code);
+        };
+    }
+};
+
+class HoldingsTest : public ::testing::Test {
+protected:
+    TestFolder folder;
+    store::Database db = store::openUserDatabase();
+    Quotes quotes;
+
+    Holdings run(const QString &previousPercent = QStringLiteral("old"))
+    {
+        Holdings h;
+        h.percent = previousPercent;
+        HoldList(db, QStringLiteral("ALICE"), quotes.fn(), h);
+        return h;
+    }
+};
+
+} // namespace
+
+TEST_F(HoldingsTest, TwoBuysAtDifferentRatesAverageTheirCostWithFees)
+{
+    addTrade(db, {"600000", kBuy, 10.00, 100, 0.35f});
+    addTrade(db, {"600000", kBuy, 12.00, 100, 0.5f});
+    quotes.closes["600000"] = 11.5f;
+    const Holdings h = run();
+    ASSERT_EQ(h.rows.size(), 1u);
+    const auto &r = h.rows[0];
+    EXPECT_EQ(r[1], "600000");
+    EXPECT_EQ(r[2], " ");
+    EXPECT_EQ(r[3], "11.0475");
+    EXPECT_EQ(r[4], "200");
+    EXPECT_EQ(r[5], "2209.5");
+    EXPECT_EQ(r[6], "2300");
+    EXPECT_EQ(r[7], "90.5");
+    EXPECT_EQ(h.marketValue, "2300");
+}
+
+TEST_F(HoldingsTest, SoldOutStocksGetNoRowAndPartialSalesReduceTheHolding)
+{
+    addTrade(db, {"000001", kBuy, 10, 1000, 0});
+    addTrade(db, {"000001", kSell, 11, 1000, 0});
+    addTrade(db, {"000002", kBuy, 10, 1000, 0});
+    addTrade(db, {"000002", kSell, 11, 300, 0});
+    addTrade(db, {"000003", kSell, 11, 500, 0}); // sold, never bought
+    quotes.closes["000002"] = 10;
+    const Holdings h = run();
+    ASSERT_EQ(h.rows.size(), 1u);
+    EXPECT_EQ(h.rows[0][1], "000002");
+    EXPECT_EQ(h.rows[0][4], "700");
+    // Average cost is that of all shares bought, not reduced by the sale.
+    EXPECT_EQ(h.rows[0][3], "10");
+    EXPECT_EQ(h.rows[0][5], "7000");
+    // Only shown stocks are priced.
+    EXPECT_EQ(quotes.asked, QStringList{"000002"});
+}
+
+TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
+{
+    // The first code's bought total of 40000 does not fit: bought stays 0 and
+    // the code gets no row.
+    addTrade(db, {"600001", kBuy, 1, 20000, 0});
+    addTrade(db, {"600001", kBuy, 1, 20000, 0});
+    quotes.closes["600001"] = 2;
+    Holdings h = run();
+    EXPECT_TRUE(h.rows.empty());
+    EXPECT_EQ(h.marketValue, "0");
+
+    // A later code whose sold sum overflows keeps the sold total of the code
+    // before it.
+    TestFolder other;
+    db = store::openUserDatabase();
+    addTrade(db, {"600002", kBuy, 1, 1000, 0});
+    addTrade(db, {"600002", kSell, 1, 100, 0});
+    addTrade(db, {"600003", kBuy, 1, 1000, 0});
+    addTrade(db, {"600003", kSell, 1, 20000, 0});
+    addTrade(db, {"600003", kSell, 1, 20000, 0});
+    h = run();
+    ASSERT_EQ(h.rows.size(), 2u);
+    EXPECT_EQ(h.rows[0][4], "900");
+    EXPECT_EQ(h.rows[1][4], "900");
+}
+
+TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValue)
+{
+    addTrade(db, {"600000", kBuy, 9, 1000, 0});
+    addCash(db, 12000, QStringLiteral("存入"));
+    addCash(db, 2000, QStringLiteral("提取"));
+    quotes.closes["600000"] = 9;
+    Holdings h = run();
+    EXPECT_EQ(h.netFunds, "10000");
+    EXPECT_EQ(h.marketValue, "9000");
+    EXPECT_EQ(h.percent, "-11.11%");
+
+    quotes.closes["600000"] = 12;
+    h = run();
+    EXPECT_EQ(h.percent, " 16.67%");
+    EXPECT_EQ(platform::lossPercentText(12000, QStringLiteral("10000abc")), " 16.67%");
+}
+
+TEST_F(HoldingsTest, NoHoldingsLeavesThePercentageAsItWas)
+{
+    addCash(db, 5000, QStringLiteral("存入"));
+    const Holdings h = run(QStringLiteral(" 3.5%"));
+    EXPECT_TRUE(h.rows.empty());
+    EXPECT_EQ(h.marketValue, "0");
+    EXPECT_EQ(h.netFunds, "5000");
+    EXPECT_EQ(h.percent, " 3.5%");
+}
+
+TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)
+{
+    addTrade(db, {"600000", kBuy, 10, 100, 0});
+    addTrade(db, {"600010", kBuy, 10, 100, 0});
+    quotes.closes["600000"] = 8;
+    const Holdings h = run();
+    ASSERT_EQ(h.rows.size(), 2u);
+    // Whichever order the codes come in, the one without bars takes the
+    // price left by the code before it (0 for the first).
+    const int priced = h.rows[0][1] == "600000" ? 0 : 1;
+    EXPECT_EQ(h.rows[priced][6], "800");
+    EXPECT_EQ(h.rows[1 - priced][6], priced == 0 ? "800" : "0");
+}
+
+TEST_F(HoldingsTest, OnlyTheUsersOwnRowsCountAndAQuoteInTheNameFailsQuietly)
+{
+    addTrade(db, {"600000", kBuy, 10, 100, 0});
+    Trade bob{"600000", kBuy, 10, 5000, 0};
+    bob.user = "BOB";
+    addTrade(db, bob);
+    addCash(db, 99999, QStringLiteral("存入"), "BOB");
+    quotes.closes["600000"] = 10;
+    Holdings h = run();
+    ASSERT_EQ(h.rows.size(), 1u);
+    EXPECT_EQ(h.rows[0][4], "100");
+    EXPECT_EQ(h.netFunds, "0");
+
+    Holdings broken;
+    broken.percent = "kept";
+    HoldList(db, QStringLiteral("O'NEIL"), quotes.fn(), broken);
+    EXPECT_TRUE(broken.rows.empty());
+    EXPECT_EQ(broken.percent, "kept");
+}

@@ -1,0 +1,146 @@
+#include "Journal.h"
+#include "TestFolder.h"
+#include "platform/frmBefor.h"
+#include "ui/FlexGrid.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QTest>
+#include <QToolBar>
+#include <gtest/gtest.h>
+
+namespace {
+
+class MainWindowTest : public ::testing::Test {
+protected:
+    TestFolder folder;
+    std::unique_ptr<frmBefor> w;
+
+    void open()
+    {
+        w = std::make_unique<frmBefor>();
+        w->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
+        w->load();
+    }
+    ui::FlexGrid *grid() { return w->findChild<ui::FlexGrid *>(QStringLiteral("MSFlexGrid1")); }
+    QString text(const char *name) { return w->findChild<QLineEdit *>(QString::fromLatin1(name))->text(); }
+    void toolbar(const QString &caption)
+    {
+        for (QAction *a : w->findChild<QToolBar *>(QStringLiteral("Toolbar1"))->actions())
+            if (a->text() == caption)
+                a->trigger();
+    }
+    QMenu *editMenu() { return w->findChild<QMenu *>(QStringLiteral("mnuEdit")); }
+    void rightClickRow(int row)
+    {
+        const QRect cell = grid()->visualRect(grid()->model()->index(row, 1));
+        QTest::mouseClick(grid()->viewport(), Qt::RightButton, {}, cell.center());
+    }
+};
+
+} // namespace
+
+TEST_F(MainWindowTest, LoadShowsCaptionReminderHoldingsAndFigures)
+{
+    {
+        store::Database db = store::openUserDatabase();
+        addTrade(db, {"600000", kBuy, 10, 100, 0});
+        addCash(db, 2000, QStringLiteral("存入"));
+    }
+    open();
+    EXPECT_EQ(w->windowTitle(), "ALICE 的帐户管理");
+    auto *list = w->findChild<QListWidget *>(QStringLiteral("List1"));
+    ASSERT_EQ(list->count(), 14);
+    EXPECT_EQ(list->item(0)->text(), "    投资是一门艺术，需");
+    EXPECT_EQ(list->item(13)->text(), "   合理的？");
+    EXPECT_EQ(grid()->textMatrix(0, 1), "股票代码");
+    EXPECT_EQ(grid()->textMatrix(0, 7), "浮动赢亏");
+    EXPECT_EQ(grid()->textMatrix(1, 1), "600000");
+    EXPECT_EQ(grid()->textMatrix(1, 4), "100");
+    EXPECT_EQ(text("Text1"), "2000");
+    // No market data: the price stays 0, so the market value is 0 and the
+    // percentage cannot be taken.
+    EXPECT_EQ(text("Text2"), "0");
+    EXPECT_EQ(text("Text3"), "");
+}
+
+TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
+{
+    {
+        store::Database db = store::openUserDatabase();
+        addTrade(db, {"600001", kBuy, 10, 100, 0});
+        addTrade(db, {"600002", kBuy, 10, 200, 0});
+        addTrade(db, {"600003", kBuy, 10, 300, 0});
+    }
+    open();
+    w->show();
+    rightClickRow(1);
+    EXPECT_FALSE(editMenu()->isVisible()) << "the holdings view offers no menu";
+
+    toolbar(QStringLiteral("原始记录"));
+    EXPECT_TRUE(w->rawMode());
+    ASSERT_EQ(grid()->rows(), 4);
+    EXPECT_EQ(grid()->textMatrix(0, 1), "userid");
+    EXPECT_EQ(grid()->textMatrix(3, 2), "600003");
+
+    // Choose row 3 with the left button, then right-click another row: the
+    // menu acts on the row chosen last with the left button.
+    const QRect row3 = grid()->visualRect(grid()->model()->index(3, 1));
+    QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, row3.center());
+    ASSERT_EQ(grid()->row(), 3);
+    rightClickRow(1);
+    EXPECT_TRUE(editMenu()->isVisible());
+    editMenu()->hide();
+    EXPECT_EQ(grid()->row(), 3);
+    w->mnuDelClick();
+
+    ASSERT_EQ(grid()->rows(), 3);
+    EXPECT_EQ(grid()->textMatrix(1, 2), "600001");
+    EXPECT_EQ(grid()->textMatrix(2, 2), "600002");
+    store::Database db = store::openUserDatabase();
+    store::Recordset rs = db.openRecordset(QStringLiteral("select count(*) from havewhat where 股票代码='600003'"));
+    EXPECT_EQ(rs.field(0).toInt(), 0);
+
+    // "持股列表" goes back to the holdings view and its figures.
+    w->findChild<QPushButton *>(QStringLiteral("Command5"))->click();
+    EXPECT_FALSE(w->rawMode());
+    EXPECT_EQ(grid()->textMatrix(0, 3), "平均价格");
+}
+
+TEST_F(MainWindowTest, EmptyAndNullFieldsAndAUserWithoutTrades)
+{
+    open();
+    toolbar(QStringLiteral("原始记录"));
+    // No trades: the grid is cleared, not even a header row.
+    for (int c = 0; c < grid()->cols(); ++c)
+        EXPECT_EQ(grid()->textMatrix(0, c), "");
+
+    {
+        store::Database db = store::openUserDatabase();
+        store::Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
+        rs.AddNew();
+        rs.setField(0, QStringLiteral("ALICE"));
+        rs.setField(1, QStringLiteral("000001"));
+        rs.setField(2, QString());
+        rs.setField(7, kBuy);
+        rs.Update();
+    }
+    w->FrmRef();
+    EXPECT_EQ(grid()->textMatrix(1, 3), "--"); // empty name
+    EXPECT_EQ(grid()->textMatrix(1, 5), "--"); // null price
+}
+
+TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
+{
+    {
+        store::Database db = store::openUserDatabase();
+        addTrade(db, {"600001", kBuy, 10, 100, 0});
+    }
+    open();
+    w->FrmRef();
+    grid()->setRow(0);
+    EXPECT_EXIT(w->findChild<QAction *>(QStringLiteral("mnuDel"))->trigger(), ::testing::ExitedWithCode(1),
+                "运行时错误 '3021'");
+}

@@ -1,0 +1,96 @@
+#include "TestFolder.h"
+#include "base/Numbers.h"
+#include "platform/frmDataEnv.h"
+#include "store/Database.h"
+#include "store/Schema.h"
+#include "ui/FlexGrid.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+QLineEdit *box(QWidget &w, int i)
+{
+    return w.findChild<QLineEdit *>(QStringLiteral("SetShui_%1").arg(i));
+}
+
+QVariant feeColumn(int column)
+{
+    store::Database db = store::openUserDatabase();
+    store::Recordset rs = db.openRecordset(QStringLiteral("select * from 税率表"));
+    return rs.field(column);
+}
+
+} // namespace
+
+TEST(FeeSettings, LoadListsOrdinaryTablesAndShowsTheFeeRow)
+{
+    TestFolder folder;
+    frmDataEnv w;
+    w.load();
+    EXPECT_EQ(w.windowTitle(), "设置");
+    const store::FeeRow defaults;
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(box(w, i)->text(), base::singleText(defaults.values[i])) << i;
+    QStringList tables;
+    auto *list = w.findChild<QListWidget *>(QStringLiteral("List1"));
+    for (int i = 0; i < list->count(); ++i)
+        tables << list->item(i)->text();
+    tables.sort();
+    EXPECT_EQ(tables, (QStringList{"havewhat", "user", "税率表", "资金表"}));
+}
+
+TEST(FeeSettings, SaveWritesEveryBoxAndTheConsoleStaysInert)
+{
+    TestFolder folder;
+    frmDataEnv w;
+    w.load();
+    box(w, 0)->setText(QStringLiteral("0.3"));
+    box(w, 3)->setText(QStringLiteral(" 12.5 "));
+    w.findChild<QPushButton *>(QStringLiteral("Command1"))->click();
+    EXPECT_FLOAT_EQ(feeColumn(1).toFloat(), 0.3f);
+    EXPECT_FLOAT_EQ(feeColumn(4).toFloat(), 12.5f);
+
+    w.findChild<QLineEdit *>(QStringLiteral("Text10"))->setText(QStringLiteral("select * from user"));
+    w.findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+    auto *grid = w.findChild<ui::FlexGrid *>(QStringLiteral("MSHFlexGrid1"));
+    for (int r = 0; r < grid->rows(); ++r)
+        for (int c = 0; c < grid->cols(); ++c)
+            EXPECT_EQ(grid->textMatrix(r, c), "");
+}
+
+TEST(FeeSettings, EnterMovesToTheNextBoxWithItsTextSelected)
+{
+    TestFolder folder;
+    frmDataEnv w;
+    w.show();
+    QApplication::setActiveWindow(&w);
+    box(w, 0)->setFocus();
+    QTest::keyClick(box(w, 0), Qt::Key_Return);
+    EXPECT_TRUE(box(w, 1)->hasFocus());
+    EXPECT_EQ(box(w, 1)->selectedText(), box(w, 1)->text());
+    box(w, 5)->setFocus();
+    QTest::keyClick(box(w, 5), Qt::Key_Return);
+    EXPECT_TRUE(box(w, 5)->hasFocus());
+}
+
+TEST(FeeSettings, AValueTheColumnCannotTakeEndsTheProgramWithNothingWritten)
+{
+    TestFolder folder;
+    const QVariant before = feeColumn(1);
+    {
+        frmDataEnv w;
+        w.load();
+        box(w, 0)->setText(QStringLiteral("--"));
+        box(w, 1)->setText(QStringLiteral("0.9"));
+        EXPECT_EXIT(w.findChild<QPushButton *>(QStringLiteral("Command1"))->click(), ::testing::ExitedWithCode(1),
+                    "运行时错误");
+    }
+    EXPECT_EQ(feeColumn(1), before);
+    EXPECT_FLOAT_EQ(feeColumn(2).toFloat(), store::FeeRow().values[1]);
+}

@@ -1,0 +1,149 @@
+#include "ui/FlexGrid.h"
+#include "ui/Form.h"
+#include "ui/MsgBox.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+using ui::FlexGrid;
+
+TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
+{
+    FlexGrid g;
+    g.setCols(3);
+    g.setRows(3);
+    g.setTextMatrix(0, 1, "代码");
+    g.setTextMatrix(2, 2, "x");
+    EXPECT_EQ(g.model()->index(0, 1).data().toString(), "代码");
+    EXPECT_EQ(g.model()->index(2, 2).data().toString(), "x");
+    EXPECT_EQ(g.textMatrix(2, 2), "x");
+    // The header row is shown as the frozen header of the view.
+    EXPECT_EQ(g.model()->headerData(1, Qt::Horizontal).toString(), "代码");
+    EXPECT_TRUE(g.isRowHidden(0));
+    // Out-of-range cells read as empty and ignore writes.
+    g.setTextMatrix(5, 5, "y");
+    EXPECT_EQ(g.textMatrix(5, 5), "");
+}
+
+TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
+{
+    FlexGrid g;
+    g.setCols(4);
+    g.setRows(1);
+    g.addItem("");
+    g.addItem("a\tb\tc");
+    EXPECT_EQ(g.rows(), 3);
+    EXPECT_EQ(g.textMatrix(2, 1), "b");
+    g.setRow(1);
+    g.setCol(2);
+    g.setCellForeColor(QColor(255, 0, 0));
+    EXPECT_EQ(g.cellForeColor(1, 2), QColor(255, 0, 0));
+    EXPECT_FALSE(g.cellForeColor(1, 1).isValid());
+    EXPECT_EQ(g.model()->index(1, 2).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 0, 0));
+
+    g.clear();
+    EXPECT_EQ(g.rows(), 3);
+    EXPECT_EQ(g.cols(), 4);
+    EXPECT_EQ(g.textMatrix(2, 1), "");
+    EXPECT_FALSE(g.cellForeColor(1, 2).isValid());
+
+    g.setColWidth(0, 200);
+    EXPECT_EQ(g.columnWidth(0), 13);
+    EXPECT_EQ(g.colWidth(0), 195);
+    g.setRows(1);
+    EXPECT_EQ(g.rows(), 1);
+    EXPECT_LE(g.row(), 0);
+}
+
+TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
+{
+    FlexGrid g;
+    g.setCols(3);
+    g.setRows(5);
+    g.resize(300, 300);
+    g.show();
+    QSignalSpy clicked(&g, &FlexGrid::gridClicked);
+    QSignalSpy down(&g, &FlexGrid::gridMouseDown);
+    const QPoint row3 = g.visualRect(g.model()->index(3, 1)).center();
+    const QPoint row1 = g.visualRect(g.model()->index(1, 1)).center();
+    QTest::mouseClick(g.viewport(), Qt::LeftButton, {}, row3);
+    EXPECT_EQ(g.row(), 3);
+    EXPECT_EQ(clicked.count(), 1);
+    QTest::mouseClick(g.viewport(), Qt::RightButton, {}, row1);
+    EXPECT_EQ(g.row(), 3);
+    ASSERT_EQ(down.count(), 2);
+    EXPECT_EQ(down.at(1).at(0).toInt(), 2);
+    QSignalSpy dbl(&g, &FlexGrid::gridDoubleClicked);
+    QTest::mouseDClick(g.viewport(), Qt::LeftButton, {}, row1);
+    EXPECT_EQ(dbl.count(), 1);
+    EXPECT_EQ(g.row(), 1);
+}
+
+TEST(FlexGrid, FiftyThousandRowsFillAndRead)
+{
+    FlexGrid g;
+    g.setCols(9);
+    g.setRows(50001);
+    for (int r = 1; r <= 50000; ++r)
+        g.setTextMatrix(r, 1, QString::number(r));
+    EXPECT_EQ(g.textMatrix(50000, 1), "50000");
+    EXPECT_EQ(g.model()->rowCount(), 50001);
+}
+
+TEST(MsgBox, TestsRecordTheTextsInsteadOfShowingThem)
+{
+    QStringList seen;
+    ui::setMsgBoxRecorder(&seen);
+    ui::msgBox("已经运行！");
+    ui::setMsgBoxRecorder(nullptr);
+    EXPECT_EQ(seen, QStringList{"已经运行！"});
+}
+
+namespace {
+class CountingForm : public ui::Form {
+public:
+    int loads = 0, unloads = 0;
+
+protected:
+    void formLoad() override { ++loads; }
+    void formUnload() override { ++unloads; }
+};
+} // namespace
+
+TEST(Form, LoadOnFirstShowAndUnloadOnceHoweverItCloses)
+{
+    CountingForm f;
+    f.show();
+    f.show();
+    EXPECT_EQ(f.loads, 1);
+    f.close();
+    EXPECT_EQ(f.unloads, 1);
+    f.show(); // a second life loads again
+    EXPECT_EQ(f.loads, 2);
+    f.reject();
+    EXPECT_EQ(f.unloads, 2);
+}
+
+TEST(Form, EnterRunsTheActionAndSelectsTheNextBox)
+{
+    QWidget w;
+    auto *a = new QLineEdit("one", &w);
+    auto *b = new QLineEdit("two", &w);
+    auto *lay = new QVBoxLayout(&w);
+    lay->addWidget(a);
+    lay->addWidget(b);
+    ui::onEnter(a, [b] { ui::focusAndSelect(b); });
+    w.show();
+    QApplication::setActiveWindow(&w);
+    a->setFocus();
+    QTest::keyClick(a, Qt::Key_X);
+    EXPECT_EQ(a->text(), "onex");
+    QTest::keyClick(a, Qt::Key_Return);
+    EXPECT_TRUE(b->hasFocus());
+    EXPECT_EQ(b->selectedText(), "two");
+}
