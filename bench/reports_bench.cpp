@@ -66,6 +66,8 @@ void fillAccount()
     }
     if (batched)
         db.execute(QStringLiteral("commit"));
+    if (qEnvironmentVariableIsSet("EXP_INDEX"))
+        db.execute(QStringLiteral("create index hw_uc on havewhat(userid, 股票代码)"));
     db.close();
 }
 
@@ -104,17 +106,17 @@ TESSALY_BENCH(reports)
     bench::figure(QStringLiteral("report_account_fill_ms"), t.nsecsElapsed() / 1e6, QStringLiteral("ms"));
 
     bench::figure(QStringLiteral("report_jyrec_ms"),
-                  timeWindow<reports::frmJyrec>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  timeWindow<frmJyrec>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
-    bench::figure(QStringLiteral("report_cha_ms"), timeWindow<reports::frmCha>([](auto &w) {
+    bench::figure(QStringLiteral("report_cha_ms"), timeWindow<frmCha>([](auto &w) {
                       w.GetMame(kUser, QStringLiteral("user"), codeOf(7));
                   }),
                   QStringLiteral("ms"));
     bench::figure(QStringLiteral("report_zjin_ms"),
-                  timeWindow<reports::frmZjin>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  timeWindow<frmZjin>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
     bench::figure(QStringLiteral("report_ykui_ms"),
-                  timeWindow<reports::frmYkui>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  timeWindow<frmYkui>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
     base::setProgramFolder(previous);
 }

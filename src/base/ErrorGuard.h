@@ -9,6 +9,7 @@
 #include "RuntimeError.h"
 
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 namespace base {
@@ -46,11 +47,17 @@ void guard(F &&f)
 
 // Wraps a callable so that every call runs through guard(); used for slots:
 //   connect(button, &QPushButton::clicked, this, guarded([this] { ... }));
+// Arguments of the signal that the callable does not take are dropped.
 template <typename F>
 auto guarded(F f)
 {
     return [f = std::move(f)](auto &&...args) mutable {
-        guard([&] { f(std::forward<decltype(args)>(args)...); });
+        guard([&] {
+            if constexpr (std::is_invocable_v<F &, decltype(args)...>)
+                f(std::forward<decltype(args)>(args)...);
+            else
+                f();
+        });
     };
 }
 

@@ -4,6 +4,7 @@
 // The field order (Close before High and Low) is fixed: readers and the chart
 // address the fields in this order.
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -43,7 +44,7 @@ public:
     static constexpr int last() { return kBarArrayLast; }
 
 private:
-    static size_t checked(int i);
+    static std::size_t checked(int i);
     std::vector<StockBar> m_bars;
 };
 

@@ -14,7 +14,7 @@ struct QuoteSession::State {
 
 void loadMarketSettings()
 {
-    DataSet settings;
+    marketdata::DataSet settings;
     settings.GetDateSet();
 }
 
@@ -30,7 +30,7 @@ QuoteSession::~QuoteSession() = default;
 void QuoteSession::lookup(const QString &dataDir, const QString &source, const QString &code, PictureBox *chartBox,
                           float &lastClose)
 {
-    marketdata::ChartDrawer drawer;
+    marketdata::DrawChart drawer;
     if (chartBox) {
         drawer = [chartBox](const marketdata::BarArray &bars, int16_t count, float highestHigh, float lowestLow) {
             const CandleAt candle = [&bars](int i) {

@@ -75,7 +75,7 @@ void openSettingsWindow(QWidget *parent)
 {
     frmDataEnv w(parent);
     w.setDataSetOpener([parent] {
-        DataSet d(parent);
+        marketdata::DataSet d(parent);
         d.exec();
     });
     w.exec();

@@ -1,6 +1,6 @@
 #include "frmDataEnv.h"
 
-#include "GridQuery.h"
+#include "reports/QueryGrid.h"
 #include "base/ErrorGuard.h"
 #include "base/Numbers.h"
 #include "ui/FlexGrid.h"
@@ -155,7 +155,8 @@ int16_t frmDataEnv::SeachA(const QString &sql)
 {
     // Runs on the window's handle as it stands, which is closed after load
     // and after "修改": the query fails and the failure is ignored.
-    platform::showQuery(*m_grid, m_db, sql, platform::FieldLayout::AllFields, platform::OnError::ResumeNext);
+    reports::fillGridFromQuery(m_db, *m_grid, m_current, sql, reports::OnError::ResumeNext,
+                              reports::FieldLayout::AllFields);
     return 0;
 }
 

@@ -43,6 +43,7 @@ private:
     QLineEdit *m_text10;
     ui::FlexGrid *m_grid;
     store::Database m_db;
+    store::Recordset m_current;
     QString m_sql;
     std::function<void()> m_openDataSet;
 };

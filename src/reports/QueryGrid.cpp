@@ -19,7 +19,7 @@ QString cellText(const QVariant &value)
 } // namespace
 
 int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Recordset &kept, const QString &sqlText,
-                          OnError onError)
+                          OnError onError, FieldLayout layout)
 {
     // Each statement goes through `run`; in continue-on-error mode a failing
     // one is skipped and the next runs.
@@ -43,16 +43,19 @@ int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Record
     run([&] { kept.MoveLast(); });
     run([&] { n = base::toInt16(kept.RecordCount()); });
     run([&] { cols = kept.fieldCount(); });
-    run([&] { grid.setCols(cols); });
+    // Result column j is shown in grid column j + shift, from result column `first` on.
+    const int first = layout == FieldLayout::SkipFirst ? 1 : 0;
+    const int shift = layout == FieldLayout::SkipFirst ? 0 : 1;
+    run([&] { grid.setCols(cols + shift); });
     run([&] { grid.setRows(base::add16(n, 1)); });
     run([&] { grid.setColWidth(0, kNarrowColumn); });
-    for (int j = 1; j < cols; ++j)
-        run([&] { grid.setTextMatrix(0, j, kept.fieldName(j)); });
+    for (int j = first; j < cols; ++j)
+        run([&] { grid.setTextMatrix(0, j + shift, kept.fieldName(j)); });
 
     run([&] { kept.MoveFirst(); });
     for (int16_t r = 1; r <= n; r = base::add16(r, 1)) {
-        for (int j = 1; j < cols; ++j)
-            run([&] { grid.setTextMatrix(r, j, cellText(kept.field(j))); });
+        for (int j = first; j < cols; ++j)
+            run([&] { grid.setTextMatrix(r, j + shift, cellText(kept.field(j))); });
         run([&] { kept.MoveNext(); });
         if (r == n) // the loop variable's last step would not fit when n is 32767
             break;

@@ -18,7 +18,7 @@ RecordWindow::RecordWindow(const QString &objectName, const QString &title, OnEr
 
 int16_t RecordWindow::SeachA(QString Sqltxt)
 {
-    return fillGridFromQuery(m_db, *MSFlexGrid1, m_rs, Sqltxt, m_fillErrors);
+    return fillGridFromQuery(m_db, *MSFlexGrid1, m_rs, Sqltxt, m_fillErrors, FieldLayout::SkipFirst);
 }
 
 void RecordWindow::FillGrid()

@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QVBoxLayout>
 
 namespace reports {
@@ -40,6 +41,10 @@ void ReportWindow::formLoad()
 {
     setWindowTitle(m_GuName + m_title);
     m_db = store::openUserDatabase();
+    // The grid is filled before the window is first painted. Hidden, the
+    // view skips the scrolling and repainting work of every cell change.
+    MSFlexGrid1->hide();
+    const auto showGrid = qScopeGuard([this] { MSFlexGrid1->show(); });
     FillGrid();
 }
 

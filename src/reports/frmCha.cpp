@@ -2,7 +2,7 @@
 
 #include "ReportSql.h"
 
-namespace reports {
+using namespace reports;
 
 frmCha::frmCha(QWidget *parent)
     : RecordWindow(QStringLiteral("frmCha"), QStringLiteral("  个股详细记录"), OnError::Raise, parent)
@@ -16,5 +16,3 @@ void frmCha::GetMame(const QString &GuName, const QString &GuPower, const QStrin
 }
 
 QString frmCha::buildQuery() const { return sql::stockRecords(m_GuName, m_Code1); }
-
-} // namespace reports

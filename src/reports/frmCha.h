@@ -4,9 +4,7 @@
 
 #include "RecordWindow.h"
 
-namespace reports {
-
-class frmCha : public RecordWindow {
+class frmCha : public reports::RecordWindow {
     Q_OBJECT
 public:
     explicit frmCha(QWidget *parent = nullptr);
@@ -20,5 +18,3 @@ protected:
 private:
     QString m_Code1;
 };
-
-} // namespace reports

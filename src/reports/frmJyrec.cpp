@@ -6,7 +6,7 @@
 #include "store/FeeRates.h"
 #include "ui/FlexGrid.h"
 
-namespace reports {
+using namespace reports;
 
 namespace {
 const QString kHeaders[9] = {
@@ -67,8 +67,12 @@ int16_t frmJyrec::appendTrades(const QString &code, bool purchase, int16_t r)
     rs.MoveLast();
     const int m = rs.RecordCount();
     rs.MoveFirst();
-    for (int k = 0; k < m; ++k) {
+    // The block's empty rows go in first, so that the grid does not
+    // recompute its row positions between an insertion and the next
+    // current-cell change.
+    for (int k = 0; k < m; ++k)
         grid.addItem(QString());
+    for (int k = 0; k < m; ++k) {
         grid.setRow(r);
         for (int c = 1; c <= 8; ++c) {
             grid.setCol(c);
@@ -88,5 +92,3 @@ int16_t frmJyrec::appendTrades(const QString &code, bool purchase, int16_t r)
     }
     return r;
 }
-
-} // namespace reports

@@ -9,11 +9,11 @@
 #include <QColor>
 
 namespace reports {
-
 inline const QColor kPurchaseColor = QColor(255, 0, 0);
 inline const QColor kSaleColor = QColor(0, 0, 255);
+} // namespace reports
 
-class frmJyrec : public ReportWindow {
+class frmJyrec : public reports::ReportWindow {
     Q_OBJECT
 public:
     explicit frmJyrec(QWidget *parent = nullptr);
@@ -26,5 +26,3 @@ private:
     // from grid row `r` on; returns the row after the block.
     int16_t appendTrades(const QString &code, bool purchase, int16_t r);
 };
-
-} // namespace reports

@@ -5,7 +5,7 @@
 #include "base/Numbers.h"
 #include "ui/FlexGrid.h"
 
-namespace reports {
+using namespace reports;
 
 namespace {
 const QString kHeaders[8] = {
@@ -57,5 +57,3 @@ void frmYkui::FillGrid()
         codes.MoveNext();
     }
 }
-
-} // namespace reports

@@ -6,9 +6,7 @@
 
 #include "ReportWindow.h"
 
-namespace reports {
-
-class frmYkui : public ReportWindow {
+class frmYkui : public reports::ReportWindow {
     Q_OBJECT
 public:
     explicit frmYkui(QWidget *parent = nullptr);
@@ -16,5 +14,3 @@ public:
 protected:
     void FillGrid() override;
 };
-
-} // namespace reports

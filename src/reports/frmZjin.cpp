@@ -2,7 +2,7 @@
 
 #include "ReportSql.h"
 
-namespace reports {
+using namespace reports;
 
 frmZjin::frmZjin(QWidget *parent)
     : RecordWindow(QStringLiteral("frmZjin"), QStringLiteral("  资金记录"), OnError::ResumeNext, parent)
@@ -10,5 +10,3 @@ frmZjin::frmZjin(QWidget *parent)
 }
 
 QString frmZjin::buildQuery() const { return sql::fundRecords(m_GuName); }
-
-} // namespace reports

@@ -5,9 +5,7 @@
 
 #include "RecordWindow.h"
 
-namespace reports {
-
-class frmZjin : public RecordWindow {
+class frmZjin : public reports::RecordWindow {
     Q_OBJECT
 public:
     explicit frmZjin(QWidget *parent = nullptr);
@@ -15,5 +13,3 @@ public:
 protected:
     QString buildQuery() const override;
 };
-
-} // namespace reports

@@ -382,10 +382,27 @@ bool startsWithWord(const QString &text, const QString &word, int *after)
     return true;
 }
 
+// The statement without its quoted texts, so that a value such as 'Group'
+// is not taken for a keyword.
+QString withoutLiterals(const QString &sql)
+{
+    QString out;
+    out.reserve(sql.size());
+    bool inText = false;
+    for (QChar c : sql) {
+        if (c == u'\'')
+            inText = !inText; // a doubled quote leaves and re-enters at once
+        else if (!inText)
+            out += c;
+    }
+    return out;
+}
+
 // Words that make a query's rows stand for more than one table row.
-bool combinesRows(const QString &sql)
+bool combinesRows(const QString &statement)
 {
     static const char *const words[] = {"distinct", "group", "union", "intersect", "except", "join"};
+    const QString sql = withoutLiterals(statement);
     for (const char *w : words) {
         const QString word = QLatin1String(w);
         qsizetype from = 0;
@@ -461,7 +478,7 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
 
 Database Database::open(const QString &name, int options, bool readOnly, const QString &connect)
 {
-    Q_UNUSED(options); // several handles of this process share the file
+    Q_UNUSED(options); // never exclusive: several handles of this process share the file
     const QString path = base::resolvePath(name);
     const QFileInfo info(path);
     if (!info.exists() || !info.isFile())

@@ -80,6 +80,7 @@ TEST(PictureBox, TheDrawingSurvivesAResize)
 {
     platform::PictureBox box;
     box.resize(200, 100);
+    box.show();
     box.scale(0, 10, 200, 0);
     box.line(0, 5, 199, 5, kRed);
     box.resize(400, 300);

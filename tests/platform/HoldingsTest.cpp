@@ -1,5 +1,5 @@
 #include "Journal.h"
-#include "TestFolder.h"
+#include "support/TestFolder.h"
 #include "platform/Holdings.h"
 
 #include <QHash>

@@ -1,5 +1,5 @@
 #include "Journal.h"
-#include "TestFolder.h"
+#include "support/TestFolder.h"
 #include "platform/frmBefor.h"
 #include "ui/FlexGrid.h"
 
@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QPushButton>
 #include <QTest>
 #include <QToolBar>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "TestFolder.h"
+#include "support/TestFolder.h"
 #include "base/Numbers.h"
 #include "platform/frmDataEnv.h"
 #include "store/Database.h"

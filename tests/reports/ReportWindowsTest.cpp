@@ -72,7 +72,7 @@ TEST_F(Reports, TradeDetailsWithoutTradesShowOnlyTheHeader)
     EXPECT_EQ(w.grid()->rows(), 1);
     EXPECT_EQ(header(*w.grid()), (QStringList{"", "成交日期", "股票代码", "股票名称", "操作记录", "成交价格",
                                               "成交数量", "成交费用", "成交金额"}));
-    EXPECT_EQ(w.grid()->colWidth(0), 200);
+    EXPECT_EQ(w.grid()->columnWidth(0), 200 / 15); // 200 twips, in whole pixels
     w.unload();
 }
 
@@ -211,7 +211,7 @@ TEST_F(Reports, StockRecordsInDateOrderWithDashesForMissingValues)
     EXPECT_EQ(rowTexts(g, 1), (QStringList{"", "600000", "--", shown(1), kBuy, "5", "300"}));
     EXPECT_EQ(rowTexts(g, 2), (QStringList{"", "600000", "--", shown(3), kBuy, "5.5", "200"}));
     EXPECT_EQ(rowTexts(g, 3), (QStringList{"", "600000", "浦发银行", shown(7), kSell, "6", "100"}));
-    EXPECT_EQ(g.colWidth(0), 200);
+    EXPECT_EQ(g.columnWidth(0), 200 / 15);
     EXPECT_EQ(w.findChild<QMenuBar *>(), nullptr);
     w.unload();
 }
@@ -355,4 +355,41 @@ TEST_F(Reports, ProfitAndLossWithoutSalesShowsTheHeaderOnly)
     EXPECT_EQ(w.grid()->rows(), 1);
     EXPECT_EQ(w.grid()->textMatrix(0, 7), QStringLiteral("盈亏统计"));
     w.unload();
+}
+
+// ---- the query-to-grid routine on its own --------------------------------
+
+TEST_F(Reports, QueryGridLayoutsAndTheKeptRecordSet)
+{
+    journal::addCash(kUser, day(3), 250.5, QStringLiteral("奖金"), true);
+    journal::addCash(kUser, day(1), 80, QString(), false);
+    store::Database db = store::openUserDatabase();
+    ui::FlexGrid g;
+    store::Recordset kept;
+    const QString query = QStringLiteral("select * from 资金表 order by 操作日期");
+
+    // The main window's raw view shows every column, userid included, from grid column 1 on.
+    fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::AllFields);
+    ASSERT_EQ(g.cols(), 6);
+    ASSERT_EQ(g.rows(), 3);
+    EXPECT_EQ(header(g), (QStringList{"", "userid", "操作日期", "资金数量", "操作原因", "操作表示"}));
+    EXPECT_EQ(rowTexts(g, 1), (QStringList{"", kUser, shown(1), "80", "--", "提取"}));
+    EXPECT_EQ(rowTexts(g, 2), (QStringList{"", kUser, shown(3), "250.5", "奖金", "存入"}));
+
+    // The kept record set is the one the grid rows follow.
+    EXPECT_TRUE(deleteShownRecord(kept, 2));
+    EXPECT_EQ(journal::count("资金表"), 1);
+
+    fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::SkipFirst);
+    ASSERT_EQ(g.cols(), 5);
+    EXPECT_EQ(rowTexts(g, 1), (QStringList{"", shown(1), "80", "--", "提取"}));
+    ASSERT_EQ(g.rows(), 2);
+
+    // An empty result clears the cells and keeps the dimensions.
+    fillGridFromQuery(db, g, kept, query + QStringLiteral(" limit 0"), OnError::Raise, FieldLayout::SkipFirst);
+    EXPECT_EQ(g.rows(), 2);
+    EXPECT_EQ(g.cols(), 5);
+    EXPECT_EQ(rowTexts(g, 1), (QStringList{"", "", "", "", ""}));
+    EXPECT_FALSE(deleteShownRecord(kept, 1));
+    db.close();
 }

@@ -1,0 +1,64 @@
+#pragma once
+// The market-data settings window "数据路径": which package's data to use and
+// where it lies, kept in dateset.dat in the program folder.
+//
+// GetDateSet may be called on an instance that was never shown (the main
+// window does so at its own load): it loads the window first.
+
+#include "ui/Form.h"
+
+#include <QString>
+
+#include <cstdint>
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace marketdata {
+
+class DirList;
+
+// One data source of the list, in list order.
+struct DataSource {
+    const char *listText;
+    const char *defaultDir;
+    const char *shanghaiSubPath; // null: the Shanghai path is the directory itself
+    const char *shenzhenSubPath;
+    const char *formatHint;      // null: the hint is left as it stands
+};
+extern const DataSource kDataSources[7];
+
+class DataSet : public ui::Form {
+    Q_OBJECT
+public:
+    explicit DataSet(QWidget *parent = nullptr);
+
+    // Loads dateset.dat into the window and into DataPath/DataFormat.
+    void GetDateSet();
+
+protected:
+    void formLoad() override;
+
+private:
+    void readDateSet();
+    void SaveDateSet();
+    void selectSource(int16_t index);
+    void comboClick(int index);
+    void text1Change();
+    void command1Click();
+    void dir1Change();
+    void drive1Change();
+
+    QGroupBox *Frame1;
+    QLabel *Label1, *Label2, *Label3, *Label4, *Label5;
+    QComboBox *Combo1;
+    QLineEdit *Text1, *Text2, *Text3;
+    QComboBox *Drive1;
+    DirList *Dir1;
+    QPushButton *Command1, *Command2;
+};
+
+} // namespace marketdata

@@ -1,0 +1,47 @@
+#pragma once
+// The login window: the first window of the program.
+
+#include "store/Database.h"
+#include "ui/Form.h"
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+class frmLogin : public ui::Form {
+    Q_OBJECT
+public:
+    explicit frmLogin(QWidget *parent = nullptr);
+    ~frmLogin() override;
+
+signals:
+    // A successful "确定": the opener creates the main window, calls its
+    // GetMame(name, role) and shows it; the login window then unloads.
+    void loggedIn(const QString &name, const QString &role);
+    // The window unloaded without a login (取消, Esc, closing it): the
+    // program ends.
+    void closedWithoutLogin();
+
+protected:
+    void formLoad() override;
+    void formUnload() override;
+
+private:
+    void cmdOK_Click();
+    void Command1_Click();
+    void cmdCancel_Click();
+
+    QGroupBox *Frame1;
+    QLabel *lblLabels_0;
+    QLabel *lblLabels_1;
+    QLineEdit *txtUserName;
+    QLineEdit *txtPassword;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
+    QPushButton *Command1;
+
+    store::Database m_db;
+    store::Recordset m_rs;
+    bool m_handedOver = false;
+};

@@ -1,0 +1,195 @@
+// 分析家 reader and the weekly/monthly merge it shares with the text reader.
+
+#include "MarketTestUtil.h"
+
+#include "base/RuntimeError.h"
+#include "marketdata/Readers.h"
+
+#include <gtest/gtest.h>
+
+using namespace marketdata;
+using mdtest::beijingMidnight;
+using mdtest::DataFolder;
+using mdtest::FxjRecord;
+using mdtest::FxjStock;
+using mdtest::fxjFile;
+
+namespace {
+
+struct Out {
+    int16_t count = -7;
+    float minLow = -7, maxHigh = -7;
+    int32_t minLowDate = -7, maxHighDate = -7;
+};
+
+Out readFxj(const QString &dir, const QString &code, int16_t period, BarArray &bars, int32_t from = 0,
+            int32_t to = 0)
+{
+    Out o;
+    ReadFenxijia(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);
+    return o;
+}
+
+FxjRecord day(int y, int m, int d, float open, float high, float low, float close, float vol = 1, float amount = 1000)
+{
+    return {beijingMidnight(y, m, d), open, high, low, close, vol, amount};
+}
+
+int errorOf(const std::function<void()> &f)
+{
+    try {
+        f();
+    } catch (const base::RuntimeError &e) {
+        return e.number();
+    }
+    return 0;
+}
+
+} // namespace
+
+TEST(FenxijiaReader, DatesPricesAndIndexSearch)
+{
+    DataFolder d;
+    FxjStock other{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}};
+    FxjStock stock{"600001", {{1041379200, 10.125f, 10.134f, 9.995f, 10.0f, 1234.5f, 5678.0f},
+                              {1041350400, 10.0f, 10.5f, 9.5f, 10.2f, 1, 2000}}};
+    d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({other, stock}));
+    BarArray bars;
+    const Out o = readFxj(d.path(), QStringLiteral("600001"), 1, bars);
+    ASSERT_EQ(o.count, 2);
+    EXPECT_EQ(bars[1].Date, 20030101);
+    EXPECT_EQ(bars[2].Date, 20030101); // 0.667 days earlier rounds to the same day
+    EXPECT_FLOAT_EQ(bars[1].Open, 10.12f); // 1012.5 cents, halves to even
+    EXPECT_FLOAT_EQ(bars[1].High, 10.13f);
+    EXPECT_FLOAT_EQ(bars[1].Low, 9.99f);   // 9.995 as a single is below the half
+    EXPECT_EQ(bars[1].Volume, 1234.5f);
+    EXPECT_FLOAT_EQ(bars[1].Amount, 5.678f);
+    // The extreme dates are the raw time stamps.
+    EXPECT_FLOAT_EQ(o.maxHigh, 10.5f);
+    EXPECT_EQ(o.maxHighDate, 1041350400);
+    EXPECT_FLOAT_EQ(o.minLow, 9.5f);
+    EXPECT_EQ(o.minLowDate, 1041350400);
+
+    // A code matches an entry by its first characters; "80" is Shanghai here,
+    // "81" and other lengths find no file.
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("6000"), 1, bars).count, -7) << "4 characters: Shenzhen file";
+    d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000001xx", {day(2003, 1, 3, 1, 1, 1, 1)}}}));
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("0000"), 1, bars).count, 1);
+    EXPECT_EQ(bars[1].Date, 20030103);
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("810000"), 1, bars).count, -7);
+    d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"800000", {day(2003, 1, 3, 1, 1, 1, 1)}}}));
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("800000"), 1, bars).count, 1);
+}
+
+TEST(FenxijiaReader, CountIsTheIndexCountWhateverTheRange)
+{
+    DataFolder d;
+    std::vector<FxjRecord> recs;
+    for (int i = 0; i < 300; ++i) // two blocks
+        recs.push_back(day(2003, 1, 1, 1, 2, 1, float(i)));
+    recs[260].time = beijingMidnight(2003, 2, 1);
+    d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000002", recs}}));
+    BarArray bars;
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, bars).count, 300);
+    EXPECT_EQ(bars[257].Close, 256.0f);
+    EXPECT_EQ(bars[300].Close, 299.0f);
+
+    BarArray ranged;
+    const Out o = readFxj(d.path(), QStringLiteral("000002"), 1, ranged, 20030201, 20030201);
+    EXPECT_EQ(o.count, 300);
+    EXPECT_EQ(ranged[1].Close, 260.0f);
+    EXPECT_EQ(ranged[2], StockBar{});
+
+    // R below the records stored: only R are read.
+    d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000002", recs, 5}}));
+    BarArray few;
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, few).count, 5);
+    EXPECT_EQ(few[6], StockBar{});
+}
+
+TEST(FenxijiaReader, NoMatchingEntry)
+{
+    DataFolder d;
+    d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}}}));
+    BarArray bars;
+    Out o = readFxj(d.path(), QStringLiteral("600009"), 1, bars);
+    EXPECT_EQ(o.count, 0);
+    EXPECT_EQ(o.minLow, 100000.0f);
+    EXPECT_EQ(o.maxHigh, 0.0f);
+    o = readFxj(d.path(), QStringLiteral("600009"), 2, bars);
+    EXPECT_EQ(o.count, 1);
+    EXPECT_EQ(bars[1], StockBar{});
+}
+
+TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
+{
+    DataFolder d;
+    // 2003-01-03 Fri (week 1), 2003-01-05 Sun and 01-06 Mon (week 2: weeks
+    // begin on Sunday), 2004-01-05 Mon (week 2 of 2004: the year is not
+    // compared), 2003-02-03 (week 6).
+    const std::vector<FxjRecord> recs = {
+        day(2003, 1, 3, 10, 11, 9, 10.5, 100, 1000), day(2003, 1, 5, 10.5, 12, 10, 11, 200, 2000),
+        day(2003, 1, 6, 11, 11.5, 8, 9, 300, 3000),  day(2004, 1, 5, 9, 13, 8.5, 12, 400, 4000),
+        day(2003, 2, 3, 12, 12, 12, 12, 500, 5000),
+    };
+    d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000001", recs}}));
+    BarArray week;
+    const Out w = readFxj(d.path(), QStringLiteral("000001"), 2, week);
+    ASSERT_EQ(w.count, 3);
+    EXPECT_EQ(week[1].Date, 20030103);
+    const StockBar &merged = week[2];
+    EXPECT_EQ(merged.Date, 20040105);
+    EXPECT_FLOAT_EQ(merged.Open, 10.5f);
+    EXPECT_FLOAT_EQ(merged.Close, 12.0f);
+    EXPECT_FLOAT_EQ(merged.High, 13.0f);
+    EXPECT_FLOAT_EQ(merged.Low, 8.0f);
+    EXPECT_EQ(merged.Volume, 900.0f);
+    EXPECT_FLOAT_EQ(merged.Amount, 9.0f);
+    EXPECT_EQ(week[3].Date, 20030203);
+
+    BarArray month;
+    const Out m = readFxj(d.path(), QStringLiteral("000001"), 3, month);
+    ASSERT_EQ(m.count, 2); // every January day in one bar, then February
+    EXPECT_EQ(month[1].Date, 20040105);
+    EXPECT_FLOAT_EQ(month[1].Open, 10.0f);
+    EXPECT_EQ(month[1].Volume, 1000.0f);
+    EXPECT_EQ(month[2].Date, 20030203);
+
+    // A range that drops records leaves zero bars within the R merged: a
+    // zero date is no calendar date.
+    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("000001"), 2, week, 20030201, 0); }),
+              base::ErrTypeMismatch);
+}
+
+TEST(FenxijiaReader, HeaderOffsetsOutOfRange)
+{
+    DataFolder d;
+    QByteArray file = fxjFile({FxjStock{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}}});
+    QByteArray huge = file;
+    mdtest::put32(huge, 4, 0x7FFFFFFF);
+    d.write(QStringLiteral("DATA/SH/day.dat"), huge);
+    BarArray bars;
+    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600000"), 1, bars); }), base::ErrOverflow);
+
+    QByteArray before = file;
+    mdtest::put32(before, 4, 0);
+    d.write(QStringLiteral("DATA/SH/day.dat"), before);
+    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600000"), 1, bars); }), 63);
+
+    // A huge entry count: the entries past the file read as zeros and match
+    // nothing, and the offset of the last one overflows.
+    QByteArray entries = file;
+    mdtest::put32(entries, 12, 0x7FFFFFFF);
+    d.write(QStringLiteral("DATA/SH/day.dat"), entries);
+    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600009"), 1, bars); }), base::ErrOverflow);
+    mdtest::put32(entries, 12, 1000000);
+    d.write(QStringLiteral("DATA/SH/day.dat"), entries);
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 1, bars).count, 0);
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, bars).count, 1);
+
+    // A truncated file reads zeros: the stock has no records.
+    d.write(QStringLiteral("DATA/SH/day.dat"), file.left(24 + 64));
+    BarArray fresh;
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, fresh).count, 1);
+    EXPECT_EQ(fresh[1], StockBar{});
+}

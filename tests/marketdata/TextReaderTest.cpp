@@ -1,0 +1,195 @@
+// Text reader: field splitting, the four layouts, weekly merge and the real
+// export file.
+
+#include "MarketTestUtil.h"
+
+#include "base/Gbk.h"
+#include "base/RuntimeError.h"
+#include "marketdata/Readers.h"
+#include "marketdata/TextFields.h"
+
+#include <gtest/gtest.h>
+
+using namespace marketdata;
+using mdtest::DataFolder;
+
+namespace {
+
+struct Out {
+    int16_t count = -7;
+    float minLow = -7, maxHigh = -7;
+    int32_t minLowDate = -7, maxHighDate = -7;
+};
+
+Out readText(const DataFolder &d, const QString &layout, int16_t period, BarArray &bars,
+             const QString &code = QStringLiteral("600000"))
+{
+    Out o;
+    ReadTextBars(d.path(), code, period, 0, 0, layout, bars, o.count, o.minLow, o.maxHigh, o.minLowDate,
+                 o.maxHighDate);
+    return o;
+}
+
+} // namespace
+
+TEST(TextFields, SplitAtBlanksAndCommas)
+{
+    EXPECT_EQ(splitTextFields(u"2003/04/15,10.5,11"), QStringList({"2003/04/15", "10.5", "11"}));
+    // A lone blank after a comma makes no field; a blank before a comma makes
+    // an empty one; blanks in a row make none.
+    EXPECT_EQ(splitTextFields(u"a, b"), QStringList({"a", "b"}));
+    EXPECT_EQ(splitTextFields(u"a ,b"), QStringList({"a", "", "b"}));
+    EXPECT_EQ(splitTextFields(u"   a   b "), QStringList({"a", "b"}));
+    EXPECT_EQ(splitTextFields(u"a,,b,"), QStringList({"a", "", "b"}));
+    EXPECT_EQ(splitTextFields(u"x"), QStringList({"x"}));
+    EXPECT_EQ(splitTextFields(u""), QStringList());
+    EXPECT_EQ(splitTextFields(u"\t1\t2"), QStringList({"\t1\t2"})); // tabs are no separators
+    EXPECT_EQ(splitTextFields(u"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15").size(), 15);
+    try {
+        splitTextFields(u"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16");
+        FAIL() << "no error";
+    } catch (const base::RuntimeError &e) {
+        EXPECT_EQ(e.number(), base::ErrSubscript);
+    }
+    EXPECT_EQ(splitTextLines(u"a\r\nb\rc\nd").size(), 4);
+    EXPECT_EQ(splitTextLines(u"a\r\n\r\n").size(), 2);
+}
+
+TEST(TextReader, LayoutsGiveTheSameBar)
+{
+    const struct {
+        const char *layout;
+        const char *line;
+    } cases[] = {
+        {"CSV", "2003/04/15,10.5,11,10.2,10.8,123400,0"},   {"csv", "2003/04/15,10.5,11,10.2,10.8,123400,0"},
+        {"GET", "04/15/2003,10.5,11,10.2,10.8,123400,0"},   {"TT2", "04/15/2003 10.5 11 10.2 10.8 123400 0"},
+        {"metatext", "20030415,10.5,11,10.2,10.8,123400,0"},
+    };
+    for (const auto &c : cases) {
+        DataFolder d;
+        d.write(QStringLiteral("600000.txt"), QByteArray("Date,Open,High,Low,Close,Volume,OpenInt\r\n") + c.line + "\r\n");
+        BarArray bars;
+        const Out o = readText(d, QLatin1String(c.layout), 1, bars);
+        ASSERT_EQ(o.count, 1) << c.layout;
+        EXPECT_EQ(bars[1].Date, 20030415);
+        EXPECT_FLOAT_EQ(bars[1].Open, 10.5f);
+        EXPECT_FLOAT_EQ(bars[1].High, 11.0f);
+        EXPECT_FLOAT_EQ(bars[1].Low, 10.2f);
+        EXPECT_FLOAT_EQ(bars[1].Close, 10.8f);
+        EXPECT_EQ(bars[1].Volume, 123400.0f);
+        EXPECT_EQ(bars[1].Amount, 0.0f);
+        EXPECT_EQ(o.maxHighDate, 20030415);
+    }
+}
+
+TEST(TextReader, OddInputsAsTheAlgorithmReadsThem)
+{
+    DataFolder d;
+    d.write(QStringLiteral("600000.txt"), "2003/4/5,1,2,0.5,1.5,10,0\r\n"     // cut at fixed places: "2003" "4/" "" -> 20034
+                                          "\r\n"                               // empty line: skipped
+                                          "2003/04/16,x,3,y,2\r\n"            // no number: 0; missing fields: 0
+                                          "2003/04/17,1,3,0.25,2,5,6");       // last line without CR LF, same high
+    BarArray bars;
+    const Out o = readText(d, QStringLiteral("CSV"), 1, bars);
+    ASSERT_EQ(o.count, 3);
+    EXPECT_EQ(bars[1].Date, 20034);
+    EXPECT_EQ(bars[2].Date, 20030416);
+    EXPECT_EQ(bars[2].Open, 0.0f);
+    EXPECT_EQ(bars[2].Low, 0.0f);
+    EXPECT_EQ(bars[2].Volume, 0.0f);
+    EXPECT_EQ(bars[3].Date, 20030417);
+    EXPECT_EQ(o.maxHigh, 3.0f); // 2 first (date 20034), then 3
+    EXPECT_EQ(o.maxHighDate, 20030416);
+    EXPECT_EQ(o.minLow, 0.0f);
+    EXPECT_EQ(o.minLowDate, 20030416);
+
+    // Mixed-case layout names read nothing.
+    BarArray none;
+    const Out n = readText(d, QStringLiteral("Csv"), 1, none);
+    EXPECT_EQ(n.count, 0);
+    EXPECT_EQ(n.minLow, 100000.0f);
+    EXPECT_EQ(n.maxHigh, 0.0f);
+
+    // Missing file: nothing written.
+    EXPECT_EQ(readText(d, QStringLiteral("CSV"), 1, none, QStringLiteral("600001")).count, -7);
+
+    // A date too large for 32 bits overflows.
+    d.write(QStringLiteral("600002.txt"), "99999999999,1,2,3,4\r\n");
+    try {
+        readText(d, QStringLiteral("METATEXT"), 1, none, QStringLiteral("600002"));
+        FAIL() << "no error";
+    } catch (const base::RuntimeError &e) {
+        EXPECT_EQ(e.number(), base::ErrOverflow);
+    }
+}
+
+TEST(TextReader, WeeklyMergeAndArrayLimit)
+{
+    DataFolder d;
+    d.write(QStringLiteral("600000.txt"), "20240105,1,2,1,1.5,10,1\n"   // Friday, week 1
+                                          "20240107,1.5,3,1.2,2,20,2\n" // Sunday opens week 2
+                                          "20240112,2,2.5,0.9,2.2,30,3\n"
+                                          "20240114,2.2,2.3,2.1,2.2,40,4\n");
+    BarArray bars;
+    const Out o = readText(d, QStringLiteral("METATEXT"), 2, bars);
+    ASSERT_EQ(o.count, 3);
+    EXPECT_EQ(bars[2].Date, 20240112);
+    EXPECT_EQ(bars[2].Open, 1.5f);
+    EXPECT_EQ(bars[2].Close, 2.2f);
+    EXPECT_EQ(bars[2].High, 3.0f);
+    EXPECT_EQ(bars[2].Low, 0.9f);
+    EXPECT_EQ(bars[2].Volume, 50.0f);
+    EXPECT_EQ(bars[2].Amount, 5.0f);
+    EXPECT_EQ(bars[3].Date, 20240114);
+
+    QByteArray many;
+    for (int i = 0; i < 20001; ++i)
+        many += "20240105,1,2,1,1.5\n";
+    d.write(QStringLiteral("600001.txt"), many);
+    try {
+        readText(d, QStringLiteral("METATEXT"), 1, bars, QStringLiteral("600001"));
+        FAIL() << "no error";
+    } catch (const base::RuntimeError &e) {
+        EXPECT_EQ(e.number(), base::ErrSubscript);
+    }
+}
+
+TEST(TextReader, RealExportReadAsCsv)
+{
+    const QByteArray raw = mdtest::realFile("SZ-002778-export.txt");
+    ASSERT_FALSE(raw.isEmpty());
+    DataFolder d;
+    d.write(QStringLiteral("002778.txt"), raw);
+    BarArray bars;
+    const Out o = readText(d, QStringLiteral("CSV"), 1, bars, QStringLiteral("002778"));
+
+    // The expectation, worked out line by line: the first heading line
+    // "002778 <name> 日线 前复权" is cut to "0027" "8" "" = date 278 and has no
+    // numbers; the second heading (tab-separated names) and the closing
+    // "数据来源:通达信" give no date; every other line is one bar.
+    const QStringList lines = base::fromGbk(raw).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 44);
+    std::vector<StockBar> expected{StockBar{278, 0, 0, 0, 0, 0, 0}};
+    for (const QString &line : lines.mid(2, 41)) {
+        const QStringList f = line.split(u',');
+        ASSERT_EQ(f.size(), 7) << line.toStdString();
+        const QStringList ymd = f[0].split(u'/');
+        expected.push_back({ymd[0].toInt() * 10000 + ymd[1].toInt() * 100 + ymd[2].toInt(), f[1].toFloat(),
+                            f[4].toFloat(), f[2].toFloat(), f[3].toFloat(), f[5].toFloat(), f[6].toFloat()});
+    }
+    ASSERT_EQ(o.count, int(expected.size()));
+    float high = 0;
+    int32_t highDate = 0;
+    for (size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(bars[int(i) + 1], expected[i]) << "bar " << i + 1;
+        if (expected[i].High > high) {
+            high = expected[i].High;
+            highDate = expected[i].Date;
+        }
+    }
+    EXPECT_EQ(expected[1].Date, 20160106);
+    EXPECT_EQ(o.minLow, 0.0f);
+    EXPECT_EQ(o.minLowDate, 278);
+    EXPECT_EQ(o.maxHigh, high);
+    EXPECT_EQ(o.maxHighDate, highDate);
+}

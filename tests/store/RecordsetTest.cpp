@@ -1,0 +1,298 @@
+// Record sets: navigation, adding, changing and deleting rows, the values
+// they hand out and the conversions of assigned values.
+
+#include "StoreTestUtil.h"
+#include "support/TestFolder.h"
+
+#include "store/Database.h"
+#include "store/Schema.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <gtest/gtest.h>
+
+using namespace store;
+
+namespace {
+
+class RecordsetTest : public ::testing::Test {
+protected:
+    void SetUp() override { db = openUserDatabase(); }
+
+    // Appends a cash row the way the entry windows do: by position.
+    void addCash(const QString &user, const QDate &date, const QVariant &amount, const QVariant &reason,
+                 const QString &kind)
+    {
+        Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
+        rs.AddNew();
+        rs.setField(0, user);
+        rs.setField(1, date);
+        rs.setField(2, amount);
+        rs.setField(3, reason);
+        rs.setField(4, kind);
+        rs.Update();
+    }
+
+    void addTrade(const QString &user, const QString &code, double price, double shares, float rate,
+                  const QString &op)
+    {
+        Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
+        rs.AddNew();
+        const QVariantList values{user, code, QStringLiteral("股票"), QDate(2024, 1, 5), price, shares, rate, op, op};
+        for (int i = 0; i < values.size(); ++i)
+            rs.setField(i, values[i]);
+        rs.Update();
+    }
+
+    int count(const QString &sql) { return scalar(db, sql).toInt(); }
+
+    TestFolder folder;
+    Database db;
+};
+
+} // namespace
+
+TEST_F(RecordsetTest, NavigatesTheSnapshot)
+{
+    for (int i = 1; i <= 3; ++i)
+        addCash(QStringLiteral("ALICE"), QDate(2024, 1, i), i * 100.0, QString(), QStringLiteral("存入"));
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 where userid='ALICE' order by 操作日期"));
+    EXPECT_FALSE(rs.BOF());
+    EXPECT_FALSE(rs.EOF_());
+    EXPECT_EQ(rs.RecordCount(), 3);
+    EXPECT_EQ(rs.fieldCount(), 5);
+    EXPECT_EQ(rs.fieldName(2), QStringLiteral("资金数量"));
+    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
+
+    rs.MoveNext();
+    rs.MoveNext();
+    EXPECT_EQ(rs.field(2).toDouble(), 300.0);
+    rs.MoveNext();
+    EXPECT_TRUE(rs.EOF_());
+    EXPECT_FALSE(rs.BOF());
+    EXPECT_EQ(errorOf([&] { rs.field(0); }), ErrNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { rs.MoveNext(); }), ErrNoCurrentRecord);
+
+    rs.MoveLast();
+    EXPECT_EQ(rs.field(2).toDouble(), 300.0);
+    rs.Move(-2);
+    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
+    rs.MovePrevious();
+    EXPECT_TRUE(rs.BOF());
+    EXPECT_EQ(errorOf([&] { rs.MovePrevious(); }), ErrNoCurrentRecord);
+    rs.Move(2); // from before the first row
+    EXPECT_EQ(rs.field(2).toDouble(), 200.0);
+    rs.Move(5);
+    EXPECT_TRUE(rs.EOF_());
+    rs.MoveFirst();
+    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
+    EXPECT_EQ(errorOf([&] { rs.field(5); }), ErrItemNotFound);
+    EXPECT_EQ(errorOf([&] { rs.fieldName(-1); }), ErrItemNotFound);
+
+    Recordset none = db.openRecordset(QStringLiteral("select * from 资金表 where userid='BOB'"));
+    EXPECT_TRUE(none.BOF() && none.EOF_());
+    EXPECT_EQ(none.RecordCount(), 0);
+    EXPECT_EQ(errorOf([&] { none.MoveFirst(); }), ErrNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { none.MoveLast(); }), ErrNoCurrentRecord);
+    EXPECT_EQ(errorOf([&] { none.field(0); }), ErrNoCurrentRecord);
+}
+
+TEST_F(RecordsetTest, AddNewStoresAssignedColumnsAndDefaultsTheRest)
+{
+    Recordset rs = db.openRecordset(QStringLiteral("select * from user where username='Bob'"));
+    ASSERT_TRUE(rs.BOF() && rs.EOF_());
+    rs.AddNew();
+    rs.setField(1, QStringLiteral("Bob"));
+    rs.setField(2, QStringLiteral("it's"));
+    rs.setField(3, QStringLiteral("user"));
+    EXPECT_EQ(rs.field(1).toString(), QStringLiteral("Bob")); // the row being added
+    rs.Update();
+
+    Recordset back = db.openRecordset(QStringLiteral("select * from user where username='bob'"));
+    ASSERT_EQ(back.RecordCount(), 1);
+    EXPECT_EQ(back.field(0).toInt(), 2); // numbered by the engine
+    EXPECT_EQ(back.field(2).toString(), QStringLiteral("it's"));
+
+    // A row abandoned before Update is not stored.
+    back.AddNew();
+    back.setField(1, QStringLiteral("Carol"));
+    back.CancelUpdate();
+    EXPECT_EQ(count(QStringLiteral("select count(*) from user")), 2);
+    EXPECT_EQ(errorOf([&] { back.Update(); }), ErrUpdateWithoutEdit);
+    EXPECT_EQ(errorOf([&] { back.setField(1, QStringLiteral("x")); }), ErrUpdateWithoutEdit);
+}
+
+TEST_F(RecordsetTest, EditChangesTheCurrentRowOnly)
+{
+    addCash(QStringLiteral("ALICE"), QDate(2024, 1, 1), 100.0, QStringLiteral("a"), QStringLiteral("存入"));
+    addCash(QStringLiteral("ALICE"), QDate(2024, 1, 2), 200.0, QStringLiteral("b"), QStringLiteral("存入"));
+    Recordset rs = db.openRecordset(QStringLiteral("select 操作原因, 资金数量 from 资金表 order by 操作日期"));
+    rs.MoveNext();
+    rs.Edit();
+    rs.setField(1, 250.0);
+    rs.Update();
+    EXPECT_EQ(rs.field(1).toDouble(), 250.0);
+    EXPECT_EQ(count(QStringLiteral("select sum(资金数量) from 资金表")), 350);
+    EXPECT_EQ(scalar(db, QStringLiteral("select 资金数量 from 资金表 where 操作原因='a'")).toDouble(), 100.0);
+
+    rs.MoveNext();
+    EXPECT_EQ(errorOf([&] { rs.Edit(); }), ErrNoCurrentRecord);
+}
+
+TEST_F(RecordsetTest, DeleteRemovesTheCurrentRowFromTheTable)
+{
+    for (int i = 1; i <= 3; ++i)
+        addCash(QStringLiteral("ALICE"), QDate(2024, 1, i), i * 1.0, QString(), QStringLiteral("存入"));
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 order by 操作日期"));
+    rs.MoveNext();
+    rs.Delete();
+    EXPECT_EQ(errorOf([&] { rs.field(2); }), ErrRecordDeleted);
+    EXPECT_EQ(rs.RecordCount(), 2);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表")), 2);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表 where 资金数量=2")), 0);
+    rs.MoveNext();
+    EXPECT_EQ(rs.field(2).toDouble(), 3.0);
+    rs.MovePrevious(); // skips the deleted row
+    EXPECT_EQ(rs.field(2).toDouble(), 1.0);
+
+    // At the end (or the beginning) there is no current record to delete.
+    rs.MoveLast();
+    rs.MoveNext();
+    EXPECT_EQ(errorOf([&] { rs.Delete(); }), ErrNoCurrentRecord);
+    rs.MoveFirst();
+    rs.MovePrevious();
+    EXPECT_EQ(errorOf([&] { rs.Delete(); }), ErrNoCurrentRecord);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表")), 2);
+
+    // The row deleted through another handle cannot be deleted again.
+    Recordset stale = db.openRecordset(QStringLiteral("select * from 资金表"));
+    Database other = openUserDatabase();
+    other.execute(QStringLiteral("delete from 资金表"));
+    EXPECT_EQ(errorOf([&] { stale.Delete(); }), ErrRecordDeleted);
+}
+
+TEST_F(RecordsetTest, AggregatesAndDistinctAreReadOnly)
+{
+    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.0, 100.0, 0.35f, QStringLiteral("买进"));
+    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 11.0, 100.0, 0.35f, QStringLiteral("卖出"));
+    Recordset sum = db.openRecordset(QStringLiteral("select sum(成交股数) from havewhat where userid='ALICE'"));
+    EXPECT_EQ(sum.field(0).toDouble(), 200.0);
+    EXPECT_EQ(errorOf([&] { sum.Edit(); }), ErrReadOnly);
+    EXPECT_EQ(errorOf([&] { sum.Delete(); }), ErrReadOnly);
+    Recordset codes = db.openRecordset(QStringLiteral("select distinct 股票代码 from havewhat where userid='ALICE'"));
+    EXPECT_EQ(codes.RecordCount(), 1);
+    EXPECT_EQ(errorOf([&] { codes.Delete(); }), ErrReadOnly);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
+    // A keyword inside a value does not make the rows read-only.
+    addTrade(QStringLiteral("GROUP"), QStringLiteral("600000"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    Recordset quoted = db.openRecordset(QStringLiteral("select * from havewhat where userid='Group'"));
+    quoted.Delete();
+    EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
+
+    // A sum over no rows is null.
+    const QVariant none =
+        scalar(db, QStringLiteral("select sum(成交股数) from havewhat where userid='ALICE' and 操作记录='存入'"));
+    EXPECT_TRUE(none.isNull());
+}
+
+TEST_F(RecordsetTest, FeeArithmeticIsNeverIntegerDivision)
+{
+    // A whole-number rate must still divide as a real.
+    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.0, 1000.0, 5.0f, QStringLiteral("买进"));
+    EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 交易费率/100 from havewhat")).toDouble(), 0.05);
+    EXPECT_DOUBLE_EQ(
+        scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100)) from havewhat where userid='ALICE'"))
+            .toDouble(),
+        10500.0);
+    // Even when written by plain SQL with integers.
+    db.execute(QStringLiteral("update havewhat set 交易费率=3, 成交价格=7, 成交股数=3"));
+    EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 交易费率/100 from havewhat")).toDouble(), 0.03);
+    EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 成交价格/成交股数 from havewhat")).toDouble(), 7.0 / 3.0);
+}
+
+TEST_F(RecordsetTest, ValuesComeInTheirColumnsTypes)
+{
+    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.01, 100.0, 0.35f, QStringLiteral("买进"));
+    Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
+    EXPECT_EQ(rs.field(3).typeId(), QMetaType::QDate);
+    EXPECT_EQ(rs.field(3).toDate(), QDate(2024, 1, 5));
+    EXPECT_EQ(rs.field(4).typeId(), QMetaType::Double);
+    EXPECT_EQ(rs.field(4).toDouble(), 10.01);
+    EXPECT_EQ(rs.field(6).typeId(), QMetaType::Float);
+    EXPECT_EQ(rs.field(6).toFloat(), 0.35f);
+    EXPECT_EQ(rs.field(0).typeId(), QMetaType::QString);
+    // Dates are ISO text in the file, so that they sort.
+    EXPECT_EQ(scalar(db, QStringLiteral("select 成交日期 || '' from havewhat")).toString(),
+              QStringLiteral("2024-01-05"));
+
+    // A time of day is kept and comes back as a date-time.
+    rs.Edit();
+    rs.setField(3, QDateTime(QDate(2024, 2, 29), QTime(9, 30, 15)));
+    rs.Update();
+    EXPECT_EQ(rs.field(3).toDateTime(), QDateTime(QDate(2024, 2, 29), QTime(9, 30, 15)));
+    EXPECT_EQ(scalar(db, QStringLiteral("select 成交日期 || '' from havewhat")).toString(),
+              QStringLiteral("2024-02-29 09:30:15"));
+}
+
+TEST_F(RecordsetTest, AssignmentConvertsToTheColumnType)
+{
+    // A number into a text column becomes its shortest text.
+    addCash(QStringLiteral("ALICE"), QDate(2024, 3, 1), QStringLiteral(" 1500.5 "), 12.5, QStringLiteral("提取"));
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
+    EXPECT_EQ(rs.field(3).toString(), QStringLiteral("12.5"));
+    EXPECT_EQ(rs.field(2).toDouble(), 1500.5); // numeric text into a number column
+
+    rs.Edit();
+    rs.setField(3, 0.1f);
+    rs.setField(1, QStringLiteral("2024-03-02"));
+    rs.Update();
+    EXPECT_EQ(rs.field(3).toString(), QStringLiteral("0.1"));
+    EXPECT_EQ(rs.field(1).toDate(), QDate(2024, 3, 2));
+
+    // Text a number column cannot take fails the whole update.
+    rs.Edit();
+    rs.setField(3, QStringLiteral("changed"));
+    rs.setField(2, QStringLiteral("12abc"));
+    EXPECT_EQ(errorOf([&] { rs.Update(); }), ErrConversion);
+    rs.CancelUpdate();
+    EXPECT_EQ(scalar(db, QStringLiteral("select 操作原因 from 资金表")).toString(), QStringLiteral("0.1"));
+    rs.Edit();
+    rs.setField(1, QStringLiteral("not a date"));
+    EXPECT_EQ(errorOf([&] { rs.Update(); }), ErrConversion);
+    rs.CancelUpdate();
+
+    Recordset add = db.openRecordset(QStringLiteral("select * from 资金表"));
+    add.AddNew();
+    add.setField(0, QStringLiteral("ALICE"));
+    add.setField(2, QString());
+    EXPECT_EQ(errorOf([&] { add.Update(); }), ErrConversion);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表")), 1);
+
+    // Single columns hold the value rounded to single precision.
+    Recordset fee = db.openRecordset(QStringLiteral("select * from 税率表"));
+    fee.Edit();
+    fee.setField(1, 0.1);
+    fee.setField(2, QStringLiteral("0.3"));
+    fee.Update();
+    EXPECT_EQ(scalar(db, QStringLiteral("select A股交易费率 + 0 from 税率表")).toDouble(), double(0.1f));
+    EXPECT_EQ(fee.field(2).toFloat(), 0.3f);
+    fee.Edit();
+    fee.setField(1, 1e300);
+    EXPECT_EQ(errorOf([&] { fee.Update(); }), ErrNumericOverflow);
+}
+
+TEST_F(RecordsetTest, TextComparesAndTableNamesIgnoreLetterCase)
+{
+    db.execute(QStringLiteral("update user set username='SUPERVISOR'"));
+    EXPECT_EQ(count(QStringLiteral("select count(*) from user where username<>'supervisor'")), 0);
+    EXPECT_EQ(count(QStringLiteral("select count(*) from USER where username='Supervisor'")), 1);
+    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    Recordset rs = db.openRecordset(
+        QStringLiteral("select userid, 股票代码, 股票名称, 成交日期, 操作记录, 成交价格, 成交股数 from HaveWhat where "
+                       "userid='alice' and 股票代码='600000' order by  成交日期 asc"));
+    ASSERT_EQ(rs.RecordCount(), 1);
+    EXPECT_EQ(rs.fieldName(4), QStringLiteral("操作记录"));
+    // Written through the name as the query spelled it.
+    rs.Delete();
+    EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 0);
+}
