@@ -66,8 +66,6 @@ void fillAccount()
     }
     if (batched)
         db.execute(QStringLiteral("commit"));
-    if (qEnvironmentVariableIsSet("EXP_INDEX"))
-        db.execute(QStringLiteral("create index hw_uc on havewhat(userid, 股票代码)"));
     db.close();
 }
 

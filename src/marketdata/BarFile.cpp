@@ -5,40 +5,95 @@
 #include "base/Paths.h"
 #include "base/RuntimeError.h"
 
-#include <QFileInfo>
+#include <QFile>
 
+#include <cerrno>
 #include <cstring>
+#include <memory>
 #include <type_traits>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace marketdata {
 
 namespace {
-// Files up to this size are read in one call; larger ones are mapped.
+
+// Files up to this size are read in one call into a reused buffer; larger
+// ones (a whole market's day.dat) are mapped.
 constexpr qint64 kReadLimit = 4 * 1024 * 1024;
+
+// Buffers of the files open on this thread: a file borrows one and gives it
+// back when it closes, so that reading a file allocates nothing once warm.
+std::vector<std::unique_ptr<std::vector<char>>> &bufferPool()
+{
+    thread_local std::vector<std::unique_ptr<std::vector<char>>> pool;
+    return pool;
+}
+
+[[noreturn]] void raiseAccessError()
+{
+    throw base::RuntimeError(75, QStringLiteral("路径/文件访问错误"));
+}
+
 } // namespace
+
+BarFile::~BarFile()
+{
+    if (m_map)
+        ::munmap(m_map, static_cast<size_t>(m_size));
+    if (m_buffer)
+        bufferPool().emplace_back(m_buffer);
+}
 
 bool BarFile::open(const QString &text)
 {
     if (text.isEmpty())
         return false;
-    const QString real = base::resolvePath(text);
-    const QFileInfo info(real);
-    if (!info.exists() || info.isDir())
-        return false;
-    m_file.setFileName(real);
-    if (!m_file.open(QIODevice::ReadOnly))
-        throw base::RuntimeError(75, QStringLiteral("路径/文件访问错误"));
-    m_size = m_file.size();
-    if (m_size > kReadLimit) {
-        if (uchar *p = m_file.map(0, m_size)) {
-            m_data = reinterpret_cast<const char *>(p);
-            return true;
-        }
+    const QByteArray real = QFile::encodeName(base::resolvePath(text));
+    const int fd = ::open(real.constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        if (errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG || errno == ELOOP)
+            return false;
+        raiseAccessError();
     }
-    m_bytes = m_file.readAll();
-    m_data = m_bytes.constData();
-    m_size = m_bytes.size();
-    m_file.close();
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return false; // a folder of that name is no file
+    }
+    m_size = st.st_size;
+    if (m_size > kReadLimit) {
+        void *p = ::mmap(nullptr, static_cast<size_t>(m_size), PROT_READ, MAP_PRIVATE, fd, 0);
+        ::close(fd);
+        if (p == MAP_FAILED)
+            raiseAccessError();
+        m_map = p;
+        m_data = static_cast<const char *>(p);
+        return true;
+    }
+    auto &pool = bufferPool();
+    if (pool.empty()) {
+        m_buffer = new std::vector<char>;
+    } else {
+        m_buffer = pool.back().release();
+        pool.pop_back();
+    }
+    m_buffer->resize(static_cast<size_t>(m_size));
+    qint64 done = 0;
+    while (done < m_size) {
+        const ssize_t got = ::read(fd, m_buffer->data() + done, static_cast<size_t>(m_size - done));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break; // the file shrank while being read: the rest reads as zeros
+        done += got;
+    }
+    ::close(fd);
+    m_size = done;
+    m_data = m_buffer->data();
     return true;
 }
 
@@ -55,14 +110,13 @@ void raiseBadRecordNumber()
 void BarArray::clear()
 {
     static_assert(std::is_trivially_copyable_v<StockBar>);
-    std::memset(static_cast<void *>(m_bars.data()), 0, m_bars.size() * sizeof(StockBar));
+    std::memset(static_cast<void *>(m_bars.data()), 0, static_cast<std::size_t>(m_touched) * sizeof(StockBar));
+    m_touched = 0;
 }
 
-size_t BarArray::checked(int i)
+void BarArray::raiseSubscript()
 {
-    if (i < 1 || i > kBarArrayLast)
-        base::raiseSubscript();
-    return static_cast<size_t>(i - 1);
+    base::raiseSubscript();
 }
 
 } // namespace marketdata

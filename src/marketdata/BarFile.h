@@ -3,18 +3,23 @@
 // end (a truncated last record reads as if padded with zeros).
 
 #include <QByteArray>
-#include <QFile>
 #include <QString>
 
 #include <cstdint>
 #include <cstring>
 #include <algorithm>
+#include <vector>
 
 namespace marketdata {
 
 class BarFile {
 public:
-    // Opens the file that `text` (a Windows-style path) names. Returns false,
+    BarFile() = default;
+    BarFile(const BarFile &) = delete;
+    BarFile &operator=(const BarFile &) = delete;
+    ~BarFile();
+
+    // Reads the file that `text` (a Windows-style path) names. Returns false,
     // reading nothing, when there is no such file.
     bool open(const QString &text);
 
@@ -31,13 +36,23 @@ public:
             std::memset(out + avail, 0, static_cast<size_t>(len - avail));
     }
 
+    // `len` bytes at `offset`: a pointer into the file when they lie within
+    // it, otherwise `scratch` filled as read() fills it.
+    const unsigned char *at(qint64 offset, unsigned char *scratch, qint64 len) const
+    {
+        if (offset >= 0 && len <= m_size && offset <= m_size - len)
+            return reinterpret_cast<const unsigned char *>(m_data + offset);
+        read(offset, scratch, len);
+        return scratch;
+    }
+
     // Number of fixed-size records: length / size rounded half to even, as a
     // 16-bit count (overflow above 32767).
     int16_t recordCount(int recordSize) const;
 
 private:
-    QFile m_file;
-    QByteArray m_bytes;
+    std::vector<char> *m_buffer = nullptr; // borrowed from a per-thread pool
+    void *m_map = nullptr;                  // large files are mapped instead
     const char *m_data = nullptr;
     qint64 m_size = 0;
 };

@@ -34,7 +34,7 @@ struct BinaryLayout {
     int closeOffset, highOffset, lowOffset;
 };
 
-const BinaryLayout kQianlong{
+constexpr BinaryLayout kQianlong{
     "钱龙",
     {"\\data\\shase\\day\\", "\\data\\shase\\week\\", "\\data\\shase\\month\\", "\\data\\shase\\min\\"},
     {"\\data\\sznse\\day\\", "\\data\\sznse\\week\\", "\\data\\sznse\\month\\", "\\data\\sznse\\min\\"},
@@ -43,7 +43,7 @@ const BinaryLayout kQianlong{
     true, false, 16, 8, 12,
 };
 
-const BinaryLayout kShenglong{
+constexpr BinaryLayout kShenglong{
     "胜龙",
     {"\\data\\sh\\day\\", "\\data\\sh\\week\\", "\\data\\sh\\month\\", "\\data\\sh\\min\\"},
     {"\\data\\sz\\day\\", "\\data\\sz\\week\\", "\\data\\sz\\month\\", "\\data\\sz\\min\\"},
@@ -79,7 +79,8 @@ QString fileNameFor(const BinaryLayout &layout, const QString &dataDir, const QS
     return QString();
 }
 
-StockBar barOf(const BinaryLayout &layout, const unsigned char *rec)
+template <const BinaryLayout &layout>
+StockBar barOf(const unsigned char *rec)
 {
     auto field = [&](int offset) {
         const int32_t v = le32(rec + offset);
@@ -96,7 +97,10 @@ StockBar barOf(const BinaryLayout &layout, const unsigned char *rec)
     return bar;
 }
 
-void readBinary(const BinaryLayout &layout, const QString &dataDir, const QString &code, int16_t period,
+// The record loop is instantiated per layout so that offsets and the
+// absolute-value rule are constants in it.
+template <const BinaryLayout &layout>
+void readBinary(const QString &dataDir, const QString &code, int16_t period,
                 int32_t fromDate, int32_t toDate, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
                 int32_t &minLowDate, int32_t &maxHighDate)
 {
@@ -115,13 +119,13 @@ void readBinary(const BinaryLayout &layout, const QString &dataDir, const QStrin
         return;
 
     int k = 1;
-    unsigned char rec[kRecordSize];
+    unsigned char scratch[kRecordSize];
     for (int i = 0; i <= n - 1; ++i) {
-        file.read(static_cast<qint64>(i) * kRecordSize, rec, kRecordSize);
+        const unsigned char *rec = file.at(static_cast<qint64>(i) * kRecordSize, scratch, kRecordSize);
         const int32_t rawDate = layout.absolute ? absolute32(le32(rec)) : le32(rec);
         if (rawDate < fromDate || rawDate > toDate)
             continue;
-        const StockBar bar = barOf(layout, rec);
+        const StockBar bar = barOf<layout>(rec);
         if (workHigh < bar.High) {
             workHigh = bar.High;
             workHighDate = bar.Date;
@@ -172,7 +176,7 @@ void ReadQianlong(const QString &dataDir, const QString &code, int16_t period, i
                   BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
                   int32_t &maxHighDate)
 {
-    readBinary(kQianlong, dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
+    readBinary<kQianlong>(dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
                maxHighDate);
 }
 
@@ -180,7 +184,7 @@ void ReadShenglong(const QString &dataDir, const QString &code, int16_t period, 
                    BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
                    int32_t &maxHighDate)
 {
-    readBinary(kShenglong, dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
+    readBinary<kShenglong>(dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
                maxHighDate);
 }
 
@@ -223,7 +227,7 @@ void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, 
         file.read(static_cast<qint64>(i) * kRecordSize, rec, kRecordSize);
         const int32_t d = le32(rec);
         if (d > lastDate) {
-            const StockBar bar = barOf(kQianlong, rec);
+            const StockBar bar = barOf<kQianlong>(rec);
             workOpen = bar.Open;
             if (bar.High > workHigh)
                 workHigh = bar.High;

@@ -37,7 +37,13 @@ void CalcChartRange(const BarArray &bars, int16_t count, int16_t offset, int16_t
 void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
                  QuoteState &state, const DrawChart &drawChart)
 {
-    const auto bars = std::make_unique<BarArray>();
+    // A zeroed array of 20000 bars; the one of the previous call is cleared
+    // rather than allocated again.
+    if (!state.bars)
+        state.bars = std::make_shared<BarArray>();
+    else
+        state.bars->clear();
+    const std::shared_ptr<BarArray> bars = state.bars;
     const QString stock = trimBlanks(code).toUpper();
 
     using Reader = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,

@@ -20,6 +20,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 namespace marketdata {
 
@@ -40,6 +41,8 @@ struct QuoteState {
     int32_t minLowDate = 0;
     int32_t maxHighDate = 0;
     ChartRange chart;
+    // The bar array of the last call, reused (zeroed again) by the next one.
+    std::shared_ptr<BarArray> bars;
 };
 
 using DrawChart = std::function<void(const BarArray &bars, int16_t count, float highestHigh, float lowestLow)>;

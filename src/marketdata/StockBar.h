@@ -34,18 +34,32 @@ class BarArray {
 public:
     BarArray() : m_bars(kBarArrayLast) {}
 
-    StockBar &operator[](int i) { return m_bars[checked(i)]; }
+    StockBar &operator[](int i)
+    {
+        const std::size_t k = checked(i);
+        if (i > m_touched)
+            m_touched = i;
+        return m_bars[k];
+    }
     const StockBar &operator[](int i) const { return m_bars[checked(i)]; }
 
-    // Sets every bar back to zero.
+    // Sets every bar back to zero (only bars ever reached for writing can
+    // differ from zero, so only those are cleared).
     void clear();
 
     static constexpr int first() { return 1; }
     static constexpr int last() { return kBarArrayLast; }
 
 private:
-    static std::size_t checked(int i);
+    static std::size_t checked(int i)
+    {
+        if (i < 1 || i > kBarArrayLast)
+            raiseSubscript();
+        return static_cast<std::size_t>(i - 1);
+    }
+    [[noreturn]] static void raiseSubscript();
     std::vector<StockBar> m_bars;
+    int m_touched = 0; // highest index handed out for writing
 };
 
 } // namespace marketdata
