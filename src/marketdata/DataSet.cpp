@@ -9,6 +9,7 @@
 #include "ui/MsgBox.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -87,6 +88,7 @@ DataSet::DataSet(QWidget *parent) : ui::Form(parent)
     Drive1->setCurrentIndex(-1);
     Dir1 = new DirList(Frame1);
     Dir1->setObjectName(QStringLiteral("Dir1"));
+    resumeNext([&] { Dir1->setPath(QDir::currentPath()); }); // as a directory list starts
     Command1 = button("Command1", QStringLiteral("确定"), this);
     Command2 = button("Command2", QStringLiteral("取消"), this);
 

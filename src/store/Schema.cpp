@@ -59,6 +59,12 @@ QStringList schemaStatements()
                                                {kCashReasonColumn, kText},
                                                {QStringLiteral("操作表示"), kText}}),
         createTable(QStringLiteral("税率表"), fee),
+        // Every query of the program filters on the user, most on the code and
+        // the operation too: without these the holdings and reports scan the
+        // whole journal once per stock.
+        QStringLiteral("CREATE INDEX \"havewhat_user_code_op\" ON \"havewhat\" (userid, 股票代码, 操作记录)"),
+        QStringLiteral("CREATE INDEX \"资金表_user_op\" ON \"资金表\" (userid, 操作表示)"),
+        QStringLiteral("CREATE INDEX \"user_name\" ON \"user\" (username)"),
     };
 }
 

@@ -1,32 +1,12 @@
-// The fee rate chosen by a code's prefix and the name look-up in the stock
-// list, without a window.
+// The fee rate read at the moment of the call and the name look-up in the
+// stock list, without a window (the prefix table is checked through the
+// windows, on the stored rows).
 #include "EntryFixture.h"
 
 #include "entry/StockCodeRules.h"
 
 using entry::feeRateForCode;
 using entry::stockNameFor;
-using entrytest::feeOfColumn;
-
-TEST(FeeRateForCode, PrefixChoosesColumnInFixedOrder)
-{
-    entrytest::setDistinctFees();
-    const struct {
-        const char *code;
-        float rate;
-    } cases[] = {
-        {"000001", feeOfColumn(1)}, {"200012", feeOfColumn(6)}, {"184688", feeOfColumn(2)},
-        {"600000", feeOfColumn(1)}, {"900901", feeOfColumn(5)},
-        // Exactly the three characters, trimmed first; nothing else is checked.
-        {"000", feeOfColumn(1)},    {"  600000  ", feeOfColumn(1)}, {"9001234567", feeOfColumn(5)},
-        {"184abc", feeOfColumn(2)},
-        // Unknown prefixes and codes too short to carry one.
-        {"300001", 0.0f}, {"1", 0.0f}, {"00", 0.0f}, {"", 0.0f}, {" 00 0", 0.0f}, {"0000", feeOfColumn(1)},
-        {"60", 0.0f}, {"601988", 0.0f},
-    };
-    for (const auto &c : cases)
-        EXPECT_EQ(feeRateForCode(QString::fromUtf8(c.code)), c.rate) << c.code;
-}
 
 TEST(FeeRateForCode, ReadsTheValuesAtTheMomentOfTheCall)
 {
@@ -78,10 +58,4 @@ TEST_F(StockNameFor, OnlySixCharacterCodesAreSearched)
     EXPECT_EQ(stockNameFor(QStringLiteral("6000001")), QString()); // an entry holds it
     EXPECT_EQ(stockNameFor(QString()), QString());
     EXPECT_EQ(stockNameFor(QStringLiteral("      ")), QString());
-}
-
-TEST_F(StockNameFor, EmptyListFindsNothing)
-{
-    marketdata::clearStockList();
-    EXPECT_EQ(stockNameFor(QStringLiteral("600000")), QString());
 }

@@ -1,6 +1,8 @@
-// tessaly-demodata <program-folder> [--stocks N] [--bars N]
-// Writes a small demonstration market and the files that point the program at it.
+// tessaly-demodata <program-folder> [--stocks N] [--bars N] [--account]
+// Writes a small demonstration market and the files that point the program at it;
+// with --account also the demo account in the folder's user2.mdb.
 
+#include "DemoAccount.h"
 #include "DemoMarket.h"
 
 #include <QCoreApplication>
@@ -14,6 +16,7 @@ int main(int argc, char **argv)
     const QStringList args = app.arguments();
     demodata::DemoOptions options;
     QString folder;
+    bool account = false;
     for (int i = 1; i < args.size(); ++i) {
         const QString &a = args[i];
         bool ok = true;
@@ -21,12 +24,14 @@ int main(int argc, char **argv)
             options.stocks = args[++i].toInt(&ok);
         else if (a == QStringLiteral("--bars") && i + 1 < args.size())
             options.bars = args[++i].toInt(&ok);
+        else if (a == QStringLiteral("--account"))
+            account = true;
         else if (!a.startsWith(QStringLiteral("--")) && folder.isEmpty())
             folder = a;
         else
             ok = false;
         if (!ok || options.stocks < 1 || options.bars < 1 || options.bars > 20000) {
-            std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000]\n");
+            std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000] [--account]\n");
             return 2;
         }
     }
@@ -39,5 +44,10 @@ int main(int argc, char **argv)
         return 1;
     }
     std::printf("%d stocks, %d bars each, written under %s\n", options.stocks, options.bars, qPrintable(folder));
+    if (account) {
+        const demodata::DemoAccountInfo info = demodata::makeDemoAccount(folder, options);
+        std::printf("account %s: %d trades, %d cash movements\n", qPrintable(demodata::kDemoUser), info.trades,
+                    info.cashMovements);
+    }
     return 0;
 }
