@@ -52,8 +52,13 @@ QString resolvePath(const QString &text)
     QString t = text;
     t.replace(u'\\', u'/');
 
+    const bool drive = t.size() >= 2 && t[1] == u':' && t[0].isLetter() && (t.size() == 2 || t[2] == u'/');
+    // Most names exist as written: one stat instead of one per component.
+    if (!drive && !t.isEmpty() && exists(t))
+        return t;
+
     QString base;
-    if (t.size() >= 2 && t[1] == u':' && t[0].isLetter() && (t.size() == 2 || t[2] == u'/')) {
+    if (drive) {
         base = winePrefix() + QStringLiteral("/dosdevices/") + t[0].toLower() + u':';
         t = t.mid(2);
     } else if (t.startsWith(u'/')) {
