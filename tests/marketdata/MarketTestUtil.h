@@ -1,8 +1,10 @@
 #pragma once
-// Fixture helpers of the market-data tests: a temporary data folder and
-// byte-level builders of the package files, written independently of the
-// readers.
+// Fixture helpers of the market-data tests: a temporary data folder,
+// byte-level builders of the package files (written independently of the
+// readers), and one call form for every reader.
 
+#include "base/RuntimeError.h"
+#include "marketdata/Readers.h"
 #include "marketdata/StockBar.h"
 
 #include <QByteArray>
@@ -15,9 +17,45 @@
 #include <QtEndian>
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace mdtest {
+
+using namespace marketdata;
+
+// The out arguments of a reader; -7 marks "not written".
+struct Out {
+    int16_t count = -7;
+    float minLow = -7, maxHigh = -7;
+    int32_t minLowDate = -7, maxHighDate = -7;
+    bool untouched() const
+    {
+        return count == -7 && minLow == -7 && maxHigh == -7 && minLowDate == -7 && maxHighDate == -7;
+    }
+};
+
+using ReaderFn = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,
+                          float &, float &, int32_t &, int32_t &);
+
+inline Out read(ReaderFn fn, const QString &dir, const QString &code, int16_t period, BarArray &bars,
+                int32_t from = 0, int32_t to = 0)
+{
+    Out o;
+    fn(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);
+    return o;
+}
+
+// Number of the runtime error `f` raises, 0 when it raises none.
+inline int errorOf(const std::function<void()> &f)
+{
+    try {
+        f();
+    } catch (const base::RuntimeError &e) {
+        return e.number();
+    }
+    return 0;
+}
 
 inline const char *kRealData = "/work/shared/testdata/real/";
 

@@ -1,0 +1,43 @@
+#pragma once
+// Automatic backups of the journal. Once per process, just before the first
+// statement that changes user2.mdb, the file is copied - still encrypted, with
+// the same password - through the engine's online backup from the connection
+// that is about to write, into programFolder()\backup as
+// user2-YYYYMMDD-HHMMSS.mdb; only the newest kBackupsKept copies are kept.
+// A failing backup never stops the write: it is reported on stderr only.
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+
+struct sqlite3;
+
+namespace store {
+
+constexpr int kBackupsKept = 10;
+
+// Called by the database layer before a statement that writes through
+// `connection`. Does nothing unless the connection's file is the program's
+// user2.mdb and no backup was attempted yet in this process.
+void backupBeforeFirstWrite(sqlite3 *connection);
+
+// The folder that receives the copies: programFolder() + "\backup", resolved.
+QString backupFolder();
+
+// Copies the open database of `connection` into `target` (a real path that
+// must not exist yet), keyed with the journal's password. Raises
+// base::RuntimeError when the copy cannot be made; no partial file is left.
+void copyDatabase(sqlite3 *connection, const QString &target);
+
+// Removes the oldest backups in `folder` (files named like the ones made here,
+// other files are left alone) so that `keep` remain.
+void pruneBackups(const QString &folder, int keep);
+
+// For tests: forgets that this process has already made its backup, and
+// replaces the clock that names the copies (an empty function restores the
+// system clock).
+void resetBackupState();
+void setBackupClock(std::function<QDateTime()> clock);
+
+} // namespace store
