@@ -1,5 +1,6 @@
 #include "Database.h"
 
+#include "Backup.h"
 #include "CipherKey.h"
 #include "base/Numbers.h"
 #include "base/Paths.h"
@@ -543,6 +544,8 @@ void Database::execute(const QString &sql)
     Statement st(db, sql, m_impl->name);
     if (sqlite3_column_count(st.get()) > 0)
         raise(ErrSelectNotExecutable, QStringLiteral("不能执行选定查询。"));
+    if (!sqlite3_stmt_readonly(st.get()))
+        backupBeforeFirstWrite(db);
     const int rc = sqlite3_step(st.get());
     if (rc != SQLITE_DONE)
         raiseEngine(db, rc, m_impl->name);
@@ -945,6 +948,7 @@ void Recordset::Update()
         sql = QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?").arg(quoteIdentifier(r.table), sets.join(u','));
     }
     if (!sql.isEmpty()) {
+        backupBeforeFirstWrite(db);
         Statement st(db, sql, r.db->name);
         int index = 1;
         for (const QVariant &v : values)
@@ -985,6 +989,7 @@ void Recordset::Delete()
     r.mode = Impl::Mode::None;
     const qint64 rowid = r.current().rowid;
     sqlite3 *db = r.connection();
+    backupBeforeFirstWrite(db);
     Statement st(db, QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(quoteIdentifier(r.table)), r.db->name);
     sqlite3_bind_int64(st.get(), 1, rowid);
     const int rc = sqlite3_step(st.get());

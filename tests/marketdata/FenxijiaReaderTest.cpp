@@ -2,47 +2,21 @@
 
 #include "MarketTestUtil.h"
 
-#include "base/RuntimeError.h"
-#include "marketdata/Readers.h"
-
 #include <gtest/gtest.h>
 
-using namespace marketdata;
-using mdtest::beijingMidnight;
-using mdtest::DataFolder;
-using mdtest::FxjRecord;
-using mdtest::FxjStock;
-using mdtest::fxjFile;
+using namespace mdtest;
 
 namespace {
-
-struct Out {
-    int16_t count = -7;
-    float minLow = -7, maxHigh = -7;
-    int32_t minLowDate = -7, maxHighDate = -7;
-};
 
 Out readFxj(const QString &dir, const QString &code, int16_t period, BarArray &bars, int32_t from = 0,
             int32_t to = 0)
 {
-    Out o;
-    ReadFenxijia(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);
-    return o;
+    return readBars(ReadFenxijia, dir, code, period, bars, from, to);
 }
 
 FxjRecord day(int y, int m, int d, float open, float high, float low, float close, float vol = 1, float amount = 1000)
 {
     return {beijingMidnight(y, m, d), open, high, low, close, vol, amount};
-}
-
-int errorOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const base::RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
 }
 
 } // namespace
@@ -65,10 +39,8 @@ TEST(FenxijiaReader, DatesPricesAndIndexSearch)
     EXPECT_EQ(bars[1].Volume, 1234.5f);
     EXPECT_FLOAT_EQ(bars[1].Amount, 5.678f);
     // The extreme dates are the raw time stamps.
-    EXPECT_FLOAT_EQ(o.maxHigh, 10.5f);
-    EXPECT_EQ(o.maxHighDate, 1041350400);
-    EXPECT_FLOAT_EQ(o.minLow, 9.5f);
-    EXPECT_EQ(o.minLowDate, 1041350400);
+    EXPECT_EQ(std::make_pair(o.maxHigh, o.maxHighDate), std::make_pair(10.5f, 1041350400));
+    EXPECT_EQ(std::make_pair(o.minLow, o.minLowDate), std::make_pair(9.5f, 1041350400));
 
     // A code matches an entry by its first characters; "80" is Shanghai here,
     // "81" and other lengths find no file.
@@ -77,6 +49,16 @@ TEST(FenxijiaReader, DatesPricesAndIndexSearch)
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("0000"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20030103);
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("810000"), 1, bars).count, -7);
+
+    // No entry matches: count 0 and the start extremes; a weekly read still
+    // merges one (empty) bar.
+    BarArray empty;
+    const Out none = readFxj(d.path(), QStringLiteral("600009"), 1, empty);
+    EXPECT_EQ(none.count, 0);
+    EXPECT_EQ(std::make_pair(none.minLow, none.maxHigh), std::make_pair(100000.0f, 0.0f));
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 2, empty).count, 1);
+    EXPECT_EQ(empty[1], StockBar{});
+
     d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"800000", {day(2003, 1, 3, 1, 1, 1, 1)}}}));
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("800000"), 1, bars).count, 1);
 }
@@ -95,8 +77,7 @@ TEST(FenxijiaReader, CountIsTheIndexCountWhateverTheRange)
     EXPECT_EQ(bars[300].Close, 299.0f);
 
     BarArray ranged;
-    const Out o = readFxj(d.path(), QStringLiteral("000002"), 1, ranged, 20030201, 20030201);
-    EXPECT_EQ(o.count, 300);
+    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, ranged, 20030201, 20030201).count, 300);
     EXPECT_EQ(ranged[1].Close, 260.0f);
     EXPECT_EQ(ranged[2], StockBar{});
 
@@ -105,20 +86,6 @@ TEST(FenxijiaReader, CountIsTheIndexCountWhateverTheRange)
     BarArray few;
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, few).count, 5);
     EXPECT_EQ(few[6], StockBar{});
-}
-
-TEST(FenxijiaReader, NoMatchingEntry)
-{
-    DataFolder d;
-    d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}}}));
-    BarArray bars;
-    Out o = readFxj(d.path(), QStringLiteral("600009"), 1, bars);
-    EXPECT_EQ(o.count, 0);
-    EXPECT_EQ(o.minLow, 100000.0f);
-    EXPECT_EQ(o.maxHigh, 0.0f);
-    o = readFxj(d.path(), QStringLiteral("600009"), 2, bars);
-    EXPECT_EQ(o.count, 1);
-    EXPECT_EQ(bars[1], StockBar{});
 }
 
 TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
@@ -134,22 +101,13 @@ TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
     };
     d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000001", recs}}));
     BarArray week;
-    const Out w = readFxj(d.path(), QStringLiteral("000001"), 2, week);
-    ASSERT_EQ(w.count, 3);
+    ASSERT_EQ(readFxj(d.path(), QStringLiteral("000001"), 2, week).count, 3);
     EXPECT_EQ(week[1].Date, 20030103);
-    const StockBar &merged = week[2];
-    EXPECT_EQ(merged.Date, 20040105);
-    EXPECT_FLOAT_EQ(merged.Open, 10.5f);
-    EXPECT_FLOAT_EQ(merged.Close, 12.0f);
-    EXPECT_FLOAT_EQ(merged.High, 13.0f);
-    EXPECT_FLOAT_EQ(merged.Low, 8.0f);
-    EXPECT_EQ(merged.Volume, 900.0f);
-    EXPECT_FLOAT_EQ(merged.Amount, 9.0f);
+    EXPECT_EQ(week[2], (StockBar{20040105, 10.5f, 12.0f, 13.0f, 8.0f, 900, 9}));
     EXPECT_EQ(week[3].Date, 20030203);
 
     BarArray month;
-    const Out m = readFxj(d.path(), QStringLiteral("000001"), 3, month);
-    ASSERT_EQ(m.count, 2); // every January day in one bar, then February
+    ASSERT_EQ(readFxj(d.path(), QStringLiteral("000001"), 3, month).count, 2); // all January days, then February
     EXPECT_EQ(month[1].Date, 20040105);
     EXPECT_FLOAT_EQ(month[1].Open, 10.0f);
     EXPECT_EQ(month[1].Volume, 1000.0f);
@@ -164,26 +122,26 @@ TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
 TEST(FenxijiaReader, HeaderOffsetsOutOfRange)
 {
     DataFolder d;
-    QByteArray file = fxjFile({FxjStock{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}}});
-    QByteArray huge = file;
-    mdtest::put32(huge, 4, 0x7FFFFFFF);
-    d.write(QStringLiteral("DATA/SH/day.dat"), huge);
+    const QByteArray file = fxjFile({FxjStock{"600000", {day(2003, 1, 2, 1, 1, 1, 1)}}});
+    const auto patched = [&](int at, int32_t v) {
+        QByteArray b = file;
+        put32(b, at, v);
+        d.write(QStringLiteral("DATA/SH/day.dat"), b);
+    };
     BarArray bars;
-    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600000"), 1, bars); }), base::ErrOverflow);
-
-    QByteArray before = file;
-    mdtest::put32(before, 4, 0);
-    d.write(QStringLiteral("DATA/SH/day.dat"), before);
-    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600000"), 1, bars); }), 63);
+    const auto errorFor = [&](const char *code) {
+        return errorOf([&] { readFxj(d.path(), QLatin1String(code), 1, bars); });
+    };
+    patched(4, 0x7FFFFFFF);
+    EXPECT_EQ(errorFor("600000"), base::ErrOverflow);
+    patched(4, 0);
+    EXPECT_EQ(errorFor("600000"), 63);
 
     // A huge entry count: the entries past the file read as zeros and match
     // nothing, and the offset of the last one overflows.
-    QByteArray entries = file;
-    mdtest::put32(entries, 12, 0x7FFFFFFF);
-    d.write(QStringLiteral("DATA/SH/day.dat"), entries);
-    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("600009"), 1, bars); }), base::ErrOverflow);
-    mdtest::put32(entries, 12, 1000000);
-    d.write(QStringLiteral("DATA/SH/day.dat"), entries);
+    patched(12, 0x7FFFFFFF);
+    EXPECT_EQ(errorFor("600009"), base::ErrOverflow);
+    patched(12, 1000000);
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 1, bars).count, 0);
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, bars).count, 1);
 

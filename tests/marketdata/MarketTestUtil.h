@@ -38,8 +38,8 @@ struct Out {
 using ReaderFn = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,
                           float &, float &, int32_t &, int32_t &);
 
-inline Out read(ReaderFn fn, const QString &dir, const QString &code, int16_t period, BarArray &bars,
-                int32_t from = 0, int32_t to = 0)
+inline Out readBars(ReaderFn fn, const QString &dir, const QString &code, int16_t period, BarArray &bars,
+                    int32_t from = 0, int32_t to = 0)
 {
     Out o;
     fn(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);

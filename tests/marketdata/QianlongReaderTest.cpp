@@ -33,15 +33,15 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
     for (const auto &c : cases) {
         BarArray bars;
         // Weekly and monthly reads look for the daily file too; none here.
-        EXPECT_EQ(read(ReadQianlong, d.path(), QLatin1String(c.code), c.period, bars).count, 1) << c.code;
+        EXPECT_EQ(readBars(ReadQianlong, d.path(), QLatin1String(c.code), c.period, bars).count, 1) << c.code;
         EXPECT_EQ(bars[1].Date, date++) << c.code;
     }
     for (const char *none : {"700000", "1a0001", "60000", "6000000"}) {
         BarArray bars;
-        EXPECT_TRUE(read(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
+        EXPECT_TRUE(readBars(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
     }
     BarArray bars;
-    EXPECT_TRUE(read(ReadQianlong, d.path(), QStringLiteral("600000"), 5, bars).untouched());
+    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 5, bars).untouched());
 }
 
 TEST(QianlongReader, RecordFieldsExtremesAndRange)
@@ -52,7 +52,7 @@ TEST(QianlongReader, RecordFieldsExtremesAndRange)
                 + qlRec(20240103, 10.8, 11.5, 10.1, 11.0, 1, 2)   // same low: the earlier date stays
                 + qlRec(20240104, 11.0, 11.5, 10.9, 11.1, 3, 4)); // same high: the earlier date stays
     BarArray bars;
-    const Out r = read(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars);
+    const Out r = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars);
     ASSERT_EQ(r.count, 3);
     EXPECT_EQ(bars[1], (StockBar{20240102, 10.5f, 10.8f, 11.2f, 10.1f, 7890, 123456}));
     EXPECT_EQ(bars[4], StockBar{});
@@ -61,10 +61,10 @@ TEST(QianlongReader, RecordFieldsExtremesAndRange)
 
     // Inclusive date range; 0 means no limit on that side.
     BarArray ranged;
-    EXPECT_EQ(read(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 20240103).count, 1);
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 20240103).count, 1);
     EXPECT_EQ(ranged[1].Date, 20240103);
-    EXPECT_EQ(read(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 0).count, 2);
-    const Out none = read(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20250101, 0);
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 0).count, 2);
+    const Out none = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20250101, 0);
     EXPECT_EQ(none.count, 0);
     EXPECT_EQ(none.minLow, 100000.0f);
     EXPECT_EQ(none.maxHigh, 0.0f);
@@ -85,7 +85,7 @@ TEST(QianlongReader, RecordCountRoundsHalfToEven)
     for (const auto &c : cases) {
         d.write(QStringLiteral("data/shase/day/600000.day"), c.bytes);
         BarArray bars;
-        EXPECT_EQ(read(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, c.count) << c.bytes.size();
+        EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, c.count) << c.bytes.size();
         if (c.bytes.size() == 60)
             EXPECT_EQ(bars[2], (StockBar{20240103, 3, 3.5, 4, 2, 0, 0}));
         if (c.bytes.size() == 100)
@@ -100,7 +100,7 @@ TEST(QianlongReader, RealRecordsOfShenzhenComposite)
     ASSERT_EQ(real.size(), 80);
     d.write(QStringLiteral("data/sznse/day/000001.day"), real);
     BarArray bars;
-    const Out r = read(ReadQianlong, d.path(), QStringLiteral("000001"), 1, bars);
+    const Out r = readBars(ReadQianlong, d.path(), QStringLiteral("000001"), 1, bars);
     ASSERT_EQ(r.count, 2);
     EXPECT_EQ(bars[1].Date, 19910102);
     EXPECT_FLOAT_EQ(bars[1].Open, 67.41f);
@@ -137,7 +137,7 @@ TEST(QianlongReader, RealBarsReencodedInBothLayoutsComeBackUnchanged)
     d.write(QStringLiteral("data/sz/day/002425.day"), sl);
     for (ReaderFn fn : {ReaderFn(ReadQianlong), ReaderFn(ReadShenglong)}) {
         BarArray bars;
-        ASSERT_EQ(read(fn, d.path(), QStringLiteral("002425"), 1, bars).count, 175);
+        ASSERT_EQ(readBars(fn, d.path(), QStringLiteral("002425"), 1, bars).count, 175);
         for (int i = 0; i < 175; ++i)
             ASSERT_EQ(bars[i + 1], expected[size_t(i)]) << "bar " << i + 1;
         EXPECT_EQ(bars[176], StockBar{});
@@ -156,7 +156,7 @@ TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)
             known + qlRec(20240115, 12.1, 12.5, 8.5, 12.2, 30, 3) + qlRec(20240116, 12.2, 14.0, 12.0, 13.5, 40, 4)
                 + qlRec(20240117, 13.5, 13.8, 13.0, 13.1, 50, 5));
     BarArray week;
-    const Out w = read(ReadQianlong, d.path(), QStringLiteral("600000"), 2, week);
+    const Out w = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, week);
     ASSERT_EQ(w.count, 3);
     EXPECT_EQ(week[3], (StockBar{20240117, 12.1f, 13.1f, 14.0f, 8.5f, 12, 120}));
     EXPECT_EQ(std::make_pair(w.minLow, w.minLowDate), std::make_pair(8.5f, 20240117));
@@ -165,7 +165,7 @@ TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)
     // No newer day: the fields of bar count + 1 are still written, the count stays.
     d.write(QStringLiteral("data/shase/day/600000.day"), known);
     BarArray same;
-    EXPECT_EQ(read(ReadQianlong, d.path(), QStringLiteral("600000"), 2, same).count, 2);
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, same).count, 2);
     EXPECT_EQ(same[3].Date, 20240112);
     EXPECT_EQ(std::make_pair(same[3].High, same[3].Low), std::make_pair(-100000.0f, 100000.0f));
     setDataPath(QString());
@@ -202,18 +202,18 @@ TEST(QianlongReader, DefinedFailures)
     // Weekly read with no bar in range: bar 0 does not exist.
     d.write(QStringLiteral("data/shase/week/600000.wek"), qlRec(20240105, 1, 2, 0.5, 1.5));
     BarArray bars;
-    EXPECT_EQ(errorOf([&] { read(ReadQianlong, d.path(), QStringLiteral("600000"), 2, bars, 20300101, 0); }),
+    EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, bars, 20300101, 0); }),
               base::ErrSubscript);
     // More than 32767 records overflow the 16-bit count (32767.5 rounds up).
     d.write(QStringLiteral("data/shase/day/600001.day"), QByteArray(32767 * 40 + 20, '\0'));
-    EXPECT_EQ(errorOf([&] { read(ReadQianlong, d.path(), QStringLiteral("600001"), 1, bars); }),
+    EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600001"), 1, bars); }),
               base::ErrOverflow);
     // More bars in range than the array holds.
     QByteArray many;
     for (int i = 0; i < 20001; ++i)
         many += qlRec(20000101 + i, 1, 2, 0.5, 1.5);
     d.write(QStringLiteral("data/shase/day/600002.day"), many);
-    EXPECT_EQ(errorOf([&] { read(ReadQianlong, d.path(), QStringLiteral("600002"), 1, bars); }),
+    EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600002"), 1, bars); }),
               base::ErrSubscript);
     EXPECT_EQ(bars[20000].Date, 20000101 + 19999);
 }
@@ -227,17 +227,17 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     d.write(QStringLiteral("data/sz/min/0001.min"), rec40(20240104, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/800000.day"), rec40(20240105, 1, 2, 3, 4, 5, 6));
     BarArray bars;
-    ASSERT_EQ(read(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars).count, 1);
+    ASSERT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars).count, 1);
     EXPECT_EQ(bars[1], (StockBar{20240102, 10.0f, 12.5f, 13.0f, 9.0f, 66, 55}));
     // The range test uses the absolute date too.
-    EXPECT_EQ(read(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars, 20240102, 20240102).count, 1);
+    EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars, 20240102, 20240102).count, 1);
 
-    EXPECT_EQ(read(ReadShenglong, d.path(), QStringLiteral("1A0001"), 1, bars).count, 1);
+    EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("1A0001"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20240103);
-    EXPECT_EQ(read(ReadShenglong, d.path(), QStringLiteral("0001"), 4, bars).count, 1);
-    EXPECT_TRUE(read(ReadShenglong, d.path(), QStringLiteral("800000"), 1, bars).untouched());
+    EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("0001"), 4, bars).count, 1);
+    EXPECT_TRUE(readBars(ReadShenglong, d.path(), QStringLiteral("800000"), 1, bars).untouched());
 
     d.write(QStringLiteral("data/sh/day/600001.day"), rec40(20240102, INT32_MIN, 0, 0, 0, 0, 0));
-    EXPECT_EQ(errorOf([&] { read(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars); }),
+    EXPECT_EQ(errorOf([&] { readBars(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars); }),
               base::ErrOverflow);
 }

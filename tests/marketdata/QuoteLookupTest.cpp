@@ -3,21 +3,18 @@
 
 #include "MarketTestUtil.h"
 
-#include "base/RuntimeError.h"
 #include "marketdata/QuoteLookup.h"
 
 #include <gtest/gtest.h>
 
-using namespace marketdata;
-using mdtest::DataFolder;
-using mdtest::qlRec;
+using namespace mdtest;
 
 TEST(QuoteLookup, DispatchesOnSourceText)
 {
     DataFolder d;
     d.write(QStringLiteral("data/shase/day/600000.day"), qlRec(20240102, 1, 2, 0.5, 1.5) + qlRec(20240103, 1, 2, 0.5, 1.75));
-    d.write(QStringLiteral("data/sh/day/600000.day"), mdtest::rec40(20240102, 1000, 2250, 3000, 500, 0, 0));
-    d.write(QStringLiteral("DATA/SH/day.dat"), mdtest::fxjFile({mdtest::FxjStock{"600000", {{mdtest::beijingMidnight(2024, 1, 2), 1, 2, 0.5f, 3.25f, 1, 1}}}}));
+    d.write(QStringLiteral("data/sh/day/600000.day"), rec40(20240102, 1000, 2250, 3000, 500, 0, 0));
+    d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"600000", {{beijingMidnight(2024, 1, 2), 1, 2, 0.5f, 3.25f, 1, 1}}}}));
     d.write(QStringLiteral("600000.txt"), "2024/01/02,1,2,0.5,4.5,1,1\r\n"
                                           "20240102,1,2,0.5,5.5,1,1\r\n");
     // The text layouts cut the two date forms differently; equal lows keep
@@ -29,7 +26,7 @@ TEST(QuoteLookup, DispatchesOnSourceText)
         int16_t count;
         int32_t minLowDate;
     } cases[] = {{"0", 1.75f, 2, 20240102}, {"1", 2.25f, 1, 20240102},
-                 {"2", 3.25f, 1, mdtest::beijingMidnight(2024, 1, 2)},
+                 {"2", 3.25f, 1, beijingMidnight(2024, 1, 2)},
                  {"3", 5.5f, 2, 20240102}, {"4", 5.5f, 2, 1}, {"5", 5.5f, 2, 2024}, {"6", 5.5f, 2, 1}};
     QuoteState state;
     float last = -1;
@@ -104,28 +101,19 @@ TEST(ChartRange, LastBarsAndStartValues)
     for (int i = 1; i <= 100; ++i)
         bars[i] = StockBar{i, 1, 1, float(i), float(i), float(1000 - i), float(i * 2)};
     ChartRange r;
-    CalcChartRange(bars, 100, 0, 80, r);
-    // Bars 20 .. 100: 81 bars.
-    EXPECT_EQ(r.highestHigh, 100.0f);
-    EXPECT_EQ(r.lowestLow, 20.0f);
-    EXPECT_EQ(r.highestVolume, 980.0f);
-    EXPECT_EQ(r.lowestVolume, 900.0f);
-    EXPECT_EQ(r.highestAmount, 200.0f);
-    EXPECT_EQ(r.lowestAmount, 40.0f);
+    const auto all = [&] {
+        return std::vector<float>{r.highestHigh,   r.lowestLow,     r.highestVolume,
+                                  r.lowestVolume, r.highestAmount, r.lowestAmount};
+    };
+    CalcChartRange(bars, 100, 0, 80, r); // bars 20 .. 100: 81 bars
+    EXPECT_EQ(all(), (std::vector<float>{100, 20, 980, 900, 200, 40}));
     CalcChartRange(bars, 100, 10, 5, r); // bars 85 .. 90
-    EXPECT_EQ(r.highestHigh, 90.0f);
-    EXPECT_EQ(r.lowestLow, 85.0f);
-
+    EXPECT_EQ(std::make_pair(r.highestHigh, r.lowestLow), std::make_pair(90.0f, 85.0f));
     CalcChartRange(bars, 1, 0, 80, r); // one bar: the range is bar 1
     EXPECT_EQ(r.highestHigh, 1.0f);
     for (int16_t count : {int16_t(0), int16_t(-3)}) {
         CalcChartRange(bars, count, 0, 80, r);
-        EXPECT_EQ(r.highestHigh, 0.0f);
-        EXPECT_EQ(r.lowestLow, 10000.0f);
-        EXPECT_EQ(r.highestVolume, -1e9f);
-        EXPECT_EQ(r.lowestVolume, 1e9f);
-        EXPECT_EQ(r.highestAmount, -1e9f);
-        EXPECT_EQ(r.lowestAmount, 1e9f);
+        EXPECT_EQ(all(), (std::vector<float>{0, 10000, -1e9f, 1e9f, -1e9f, 1e9f})) << count;
     }
     // Only lows above zero set the bottom.
     BarArray flat;
@@ -141,14 +129,8 @@ TEST(BarArray, IndexesOneTo20000)
     BarArray bars;
     bars[1].Date = 1;
     bars[20000].Date = 2;
-    for (int i : {0, -1, 20001}) {
-        try {
-            (void)bars[i];
-            FAIL() << i;
-        } catch (const base::RuntimeError &e) {
-            EXPECT_EQ(e.number(), base::ErrSubscript);
-        }
-    }
+    for (int i : {0, -1, 20001})
+        EXPECT_EQ(errorOf([&] { (void)bars[i]; }), base::ErrSubscript) << i;
     bars.clear();
     EXPECT_EQ(bars[20000], StockBar{});
 }

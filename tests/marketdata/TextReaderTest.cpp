@@ -4,22 +4,13 @@
 #include "MarketTestUtil.h"
 
 #include "base/Gbk.h"
-#include "base/RuntimeError.h"
-#include "marketdata/Readers.h"
 #include "marketdata/TextFields.h"
 
 #include <gtest/gtest.h>
 
-using namespace marketdata;
-using mdtest::DataFolder;
+using namespace mdtest;
 
 namespace {
-
-struct Out {
-    int16_t count = -7;
-    float minLow = -7, maxHigh = -7;
-    int32_t minLowDate = -7, maxHighDate = -7;
-};
 
 Out readText(const DataFolder &d, const QString &layout, int16_t period, BarArray &bars,
              const QString &code = QStringLiteral("600000"))
@@ -34,23 +25,21 @@ Out readText(const DataFolder &d, const QString &layout, int16_t period, BarArra
 
 TEST(TextFields, SplitAtBlanksAndCommas)
 {
-    EXPECT_EQ(splitTextFields(u"2003/04/15,10.5,11"), QStringList({"2003/04/15", "10.5", "11"}));
     // A lone blank after a comma makes no field; a blank before a comma makes
-    // an empty one; blanks in a row make none.
-    EXPECT_EQ(splitTextFields(u"a, b"), QStringList({"a", "b"}));
-    EXPECT_EQ(splitTextFields(u"a ,b"), QStringList({"a", "", "b"}));
-    EXPECT_EQ(splitTextFields(u"   a   b "), QStringList({"a", "b"}));
-    EXPECT_EQ(splitTextFields(u"a,,b,"), QStringList({"a", "", "b"}));
-    EXPECT_EQ(splitTextFields(u"x"), QStringList({"x"}));
-    EXPECT_EQ(splitTextFields(u""), QStringList());
-    EXPECT_EQ(splitTextFields(u"\t1\t2"), QStringList({"\t1\t2"})); // tabs are no separators
+    // an empty one; blanks in a row make none; tabs are no separators.
+    const struct {
+        const char16_t *line;
+        QStringList fields;
+    } cases[] = {
+        {u"2003/04/15,10.5,11", {"2003/04/15", "10.5", "11"}},
+        {u"a, b", {"a", "b"}},          {u"a ,b", {"a", "", "b"}},  {u"   a   b ", {"a", "b"}},
+        {u"a,,b,", {"a", "", "b"}},     {u"x", {"x"}},              {u"", {}},
+        {u"\t1\t2", {"\t1\t2"}},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(splitTextFields(c.line), c.fields) << QString::fromUtf16(c.line).toStdString();
     EXPECT_EQ(splitTextFields(u"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15").size(), 15);
-    try {
-        splitTextFields(u"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16");
-        FAIL() << "no error";
-    } catch (const base::RuntimeError &e) {
-        EXPECT_EQ(e.number(), base::ErrSubscript);
-    }
+    EXPECT_EQ(errorOf([] { splitTextFields(u"1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16"); }), base::ErrSubscript);
     EXPECT_EQ(splitTextLines(u"a\r\nb\rc\nd").size(), 4);
     EXPECT_EQ(splitTextLines(u"a\r\n\r\n").size(), 2);
 }
@@ -71,13 +60,7 @@ TEST(TextReader, LayoutsGiveTheSameBar)
         BarArray bars;
         const Out o = readText(d, QLatin1String(c.layout), 1, bars);
         ASSERT_EQ(o.count, 1) << c.layout;
-        EXPECT_EQ(bars[1].Date, 20030415);
-        EXPECT_FLOAT_EQ(bars[1].Open, 10.5f);
-        EXPECT_FLOAT_EQ(bars[1].High, 11.0f);
-        EXPECT_FLOAT_EQ(bars[1].Low, 10.2f);
-        EXPECT_FLOAT_EQ(bars[1].Close, 10.8f);
-        EXPECT_EQ(bars[1].Volume, 123400.0f);
-        EXPECT_EQ(bars[1].Amount, 0.0f);
+        EXPECT_EQ(bars[1], (StockBar{20030415, 10.5f, 10.8f, 11.0f, 10.2f, 123400, 0})) << c.layout;
         EXPECT_EQ(o.maxHighDate, 20030415);
     }
 }
@@ -93,34 +76,24 @@ TEST(TextReader, OddInputsAsTheAlgorithmReadsThem)
     const Out o = readText(d, QStringLiteral("CSV"), 1, bars);
     ASSERT_EQ(o.count, 3);
     EXPECT_EQ(bars[1].Date, 20034);
-    EXPECT_EQ(bars[2].Date, 20030416);
-    EXPECT_EQ(bars[2].Open, 0.0f);
-    EXPECT_EQ(bars[2].Low, 0.0f);
-    EXPECT_EQ(bars[2].Volume, 0.0f);
+    EXPECT_EQ(bars[2], (StockBar{20030416, 0, 2, 3, 0, 0, 0}));
     EXPECT_EQ(bars[3].Date, 20030417);
-    EXPECT_EQ(o.maxHigh, 3.0f); // 2 first (date 20034), then 3
-    EXPECT_EQ(o.maxHighDate, 20030416);
-    EXPECT_EQ(o.minLow, 0.0f);
-    EXPECT_EQ(o.minLowDate, 20030416);
+    EXPECT_EQ(std::make_pair(o.maxHigh, o.maxHighDate), std::make_pair(3.0f, 20030416)); // 2 first, then 3
+    EXPECT_EQ(std::make_pair(o.minLow, o.minLowDate), std::make_pair(0.0f, 20030416));
 
     // Mixed-case layout names read nothing.
     BarArray none;
     const Out n = readText(d, QStringLiteral("Csv"), 1, none);
     EXPECT_EQ(n.count, 0);
-    EXPECT_EQ(n.minLow, 100000.0f);
-    EXPECT_EQ(n.maxHigh, 0.0f);
+    EXPECT_EQ(std::make_pair(n.minLow, n.maxHigh), std::make_pair(100000.0f, 0.0f));
 
     // Missing file: nothing written.
-    EXPECT_EQ(readText(d, QStringLiteral("CSV"), 1, none, QStringLiteral("600001")).count, -7);
+    EXPECT_TRUE(readText(d, QStringLiteral("CSV"), 1, none, QStringLiteral("600001")).untouched());
 
     // A date too large for 32 bits overflows.
     d.write(QStringLiteral("600002.txt"), "99999999999,1,2,3,4\r\n");
-    try {
-        readText(d, QStringLiteral("METATEXT"), 1, none, QStringLiteral("600002"));
-        FAIL() << "no error";
-    } catch (const base::RuntimeError &e) {
-        EXPECT_EQ(e.number(), base::ErrOverflow);
-    }
+    EXPECT_EQ(errorOf([&] { readText(d, QStringLiteral("METATEXT"), 1, none, QStringLiteral("600002")); }),
+              base::ErrOverflow);
 }
 
 TEST(TextReader, WeeklyMergeAndArrayLimit)
@@ -131,32 +104,21 @@ TEST(TextReader, WeeklyMergeAndArrayLimit)
                                           "20240112,2,2.5,0.9,2.2,30,3\n"
                                           "20240114,2.2,2.3,2.1,2.2,40,4\n");
     BarArray bars;
-    const Out o = readText(d, QStringLiteral("METATEXT"), 2, bars);
-    ASSERT_EQ(o.count, 3);
-    EXPECT_EQ(bars[2].Date, 20240112);
-    EXPECT_EQ(bars[2].Open, 1.5f);
-    EXPECT_EQ(bars[2].Close, 2.2f);
-    EXPECT_EQ(bars[2].High, 3.0f);
-    EXPECT_EQ(bars[2].Low, 0.9f);
-    EXPECT_EQ(bars[2].Volume, 50.0f);
-    EXPECT_EQ(bars[2].Amount, 5.0f);
+    ASSERT_EQ(readText(d, QStringLiteral("METATEXT"), 2, bars).count, 3);
+    EXPECT_EQ(bars[2], (StockBar{20240112, 1.5f, 2.2f, 3.0f, 0.9f, 50, 5}));
     EXPECT_EQ(bars[3].Date, 20240114);
 
     QByteArray many;
     for (int i = 0; i < 20001; ++i)
         many += "20240105,1,2,1,1.5\n";
     d.write(QStringLiteral("600001.txt"), many);
-    try {
-        readText(d, QStringLiteral("METATEXT"), 1, bars, QStringLiteral("600001"));
-        FAIL() << "no error";
-    } catch (const base::RuntimeError &e) {
-        EXPECT_EQ(e.number(), base::ErrSubscript);
-    }
+    EXPECT_EQ(errorOf([&] { readText(d, QStringLiteral("METATEXT"), 1, bars, QStringLiteral("600001")); }),
+              base::ErrSubscript);
 }
 
 TEST(TextReader, RealExportReadAsCsv)
 {
-    const QByteArray raw = mdtest::realFile("SZ-002778-export.txt");
+    const QByteArray raw = realFile("SZ-002778-export.txt");
     ASSERT_FALSE(raw.isEmpty());
     DataFolder d;
     d.write(QStringLiteral("002778.txt"), raw);
@@ -188,8 +150,6 @@ TEST(TextReader, RealExportReadAsCsv)
         }
     }
     EXPECT_EQ(expected[1].Date, 20160106);
-    EXPECT_EQ(o.minLow, 0.0f);
-    EXPECT_EQ(o.minLowDate, 278);
-    EXPECT_EQ(o.maxHigh, high);
-    EXPECT_EQ(o.maxHighDate, highDate);
+    EXPECT_EQ(std::make_pair(o.minLow, o.minLowDate), std::make_pair(0.0f, 278));
+    EXPECT_EQ(std::make_pair(o.maxHigh, o.maxHighDate), std::make_pair(high, highDate));
 }

@@ -1,0 +1,187 @@
+// Automatic backups: one encrypted copy of user2.mdb per run, made before the
+// first write, the ten newest kept, and a failing backup never blocking the
+// write.
+
+#include "StoreTestUtil.h"
+#include "support/TestFolder.h"
+
+#include "store/Backup.h"
+#include "store/Database.h"
+
+#include <QDate>
+#include <QDir>
+#include <gtest/gtest.h>
+
+using namespace store;
+
+namespace {
+
+const QDateTime kRunTime(QDate(2026, 11, 22), QTime(21, 30, 5));
+
+class BackupTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        resetBackupState();
+        setBackupClock([this] { return clock; });
+    }
+    void TearDown() override
+    {
+        resetBackupState();
+        setBackupClock({});
+    }
+
+    QStringList backups() const
+    {
+        return QDir(folder.file(QStringLiteral("backup"))).entryList(QDir::Files, QDir::Name);
+    }
+    QString backupPath(const QString &name) const { return folder.file(QStringLiteral("backup/") + name); }
+
+    static void addCash(Database &db, double amount)
+    {
+        Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
+        rs.AddNew();
+        rs.setField(0, QStringLiteral("DEMO"));
+        rs.setField(1, QDate(2026, 1, 2));
+        rs.setField(2, amount);
+        rs.setField(3, QStringLiteral("工资"));
+        rs.setField(4, QStringLiteral("存入"));
+        rs.Update();
+    }
+    static int cashRows(Database &db) { return scalar(db, QStringLiteral("select count(*) from 资金表")).toInt(); }
+    static int cashRows(const QString &path)
+    {
+        Database db = Database::open(path, 1, false, kConnect);
+        return cashRows(db);
+    }
+
+    TestFolder folder;
+    QDateTime clock = kRunTime;
+};
+
+TEST_F(BackupTest, FirstWriteCopiesTheJournalAsItWasAndLaterWritesDoNot)
+{
+    Database db = openUserDatabase();
+    addCash(db, 100);
+    ASSERT_EQ(backups(), QStringList{QStringLiteral("user2-20261122-213005.mdb")});
+    const QString copy = backupPath(backups().first());
+    EXPECT_FALSE(fileBytes(copy).startsWith("SQLite format 3")); // still encrypted
+    EXPECT_EQ(cashRows(copy), 0);
+    {
+        Database backup = Database::open(copy, 1, false, kConnect);
+        EXPECT_EQ(scalar(backup, QStringLiteral("select count(*) from user where username='supervisor'")).toInt(), 1);
+    }
+
+    // More writes in the same run, on this and on a second handle, add no copy.
+    clock = kRunTime.addSecs(60);
+    addCash(db, 200);
+    Database other = openUserDatabase();
+    Recordset rs = other.openRecordset(QStringLiteral("select * from 资金表"));
+    rs.Delete();
+    EXPECT_EQ(backups().size(), 1);
+    EXPECT_EQ(cashRows(db), 1);
+    EXPECT_EQ(cashRows(copy), 0);
+}
+
+TEST_F(BackupTest, DeleteAndExecuteAreWritesToo)
+{
+    Database db = openUserDatabase();
+    addCash(db, 100);
+    QDir(folder.file(QStringLiteral("backup"))).removeRecursively();
+
+    resetBackupState();
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
+    rs.Delete();
+    ASSERT_EQ(backups().size(), 1);
+    EXPECT_EQ(cashRows(backupPath(backups().first())), 1); // the row before its deletion
+    EXPECT_EQ(cashRows(db), 0);
+
+    // A select through execute is refused before anything is copied; an
+    // insert is a write.
+    resetBackupState();
+    clock = kRunTime.addSecs(1);
+    EXPECT_NE(errorOf([&] { db.execute(QStringLiteral("select * from user")); }), 0);
+    EXPECT_EQ(backups().size(), 1);
+    db.execute(QStringLiteral("insert into 税率表 select * from 税率表"));
+    EXPECT_EQ(backups().size(), 2);
+}
+
+TEST_F(BackupTest, OnlyTheProgramsJournalIsBackedUp)
+{
+    // Another database file (same password) written first does not use up
+    // the run's backup.
+    ASSERT_TRUE(QFile::copy(folder.databasePath(), folder.file(QStringLiteral("other.mdb"))));
+    Database other = Database::open(folder.file(QStringLiteral("other.mdb")), 1, false, kConnect);
+    addCash(other, 5);
+    EXPECT_TRUE(backups().isEmpty());
+
+    Database db = openUserDatabase();
+    addCash(db, 5);
+    EXPECT_EQ(backups().size(), 1);
+}
+
+TEST_F(BackupTest, ElevenRunsKeepTheTenNewest)
+{
+    QDir().mkpath(folder.file(QStringLiteral("backup")));
+    writeFile(backupPath(QStringLiteral("notes.txt")), "mine");
+    writeFile(backupPath(QStringLiteral("user2.mdb")), "mine");
+
+    for (int run = 0; run < 11; ++run) {
+        resetBackupState();
+        clock = kRunTime.addDays(run);
+        Database db = openUserDatabase();
+        addCash(db, run);
+    }
+    QStringList copies = backups();
+    EXPECT_TRUE(copies.removeOne(QStringLiteral("notes.txt")));
+    EXPECT_TRUE(copies.removeOne(QStringLiteral("user2.mdb")));
+    ASSERT_EQ(copies.size(), kBackupsKept);
+    EXPECT_EQ(copies.first(), QStringLiteral("user2-20261123-213005.mdb")); // the first run's copy is gone
+    EXPECT_EQ(copies.last(), QStringLiteral("user2-20261202-213005.mdb"));
+    EXPECT_EQ(cashRows(backupPath(copies.last())), 10);
+}
+
+TEST_F(BackupTest, CopiesWithinOneSecondGetNumberedAndPruneInOrder)
+{
+    for (int run = 0; run < 3; ++run) {
+        resetBackupState();
+        Database db = openUserDatabase();
+        addCash(db, run);
+    }
+    EXPECT_EQ(backups(), (QStringList{QStringLiteral("user2-20261122-213005-2.mdb"),
+                                      QStringLiteral("user2-20261122-213005-3.mdb"),
+                                      QStringLiteral("user2-20261122-213005.mdb")}));
+    pruneBackups(folder.file(QStringLiteral("backup")), 2);
+    EXPECT_EQ(backups(), (QStringList{QStringLiteral("user2-20261122-213005-2.mdb"),
+                                      QStringLiteral("user2-20261122-213005-3.mdb")}));
+    EXPECT_EQ(cashRows(backupPath(QStringLiteral("user2-20261122-213005-3.mdb"))), 2);
+}
+
+TEST_F(BackupTest, AFailingBackupIsReportedAndTheWriteGoesOn)
+{
+    // A plain file where the folder should be: the folder cannot be made.
+    writeFile(folder.file(QStringLiteral("backup")), "not a folder");
+    Database db = openUserDatabase();
+    testing::internal::CaptureStderr();
+    addCash(db, 100);
+    addCash(db, 200);
+    const QString err = QString::fromStdString(testing::internal::GetCapturedStderr());
+    EXPECT_EQ(cashRows(db), 2);
+    EXPECT_EQ(err.count(QStringLiteral("数据库备份失败")), 1) << err.toStdString(); // not retried
+    EXPECT_TRUE(err.contains(folder.file(QStringLiteral("backup")))) << err.toStdString();
+
+    // A copy that cannot be written leaves no partial file behind.
+    QFile::remove(folder.file(QStringLiteral("backup")));
+    QDir().mkpath(folder.file(QStringLiteral("backup")));
+    const QString target = backupPath(QStringLiteral("user2-x.mdb"));
+    QDir().mkpath(target + QStringLiteral(".part/blocked"));
+    EXPECT_NE(errorOf([&] {
+        Database again = openUserDatabase();
+        Recordset rs = again.openRecordset(QStringLiteral("select * from user"));
+        Q_UNUSED(rs);
+        copyDatabase(nullptr, target);
+    }), 0);
+    EXPECT_FALSE(QFileInfo::exists(target));
+}
+
+} // namespace
