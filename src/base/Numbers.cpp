@@ -6,7 +6,9 @@
 #include <QDateTime>
 #include <QLocale>
 
+#include <algorithm>
 #include <cfenv>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -21,8 +23,23 @@ bool isBlank(QChar c)
     return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
 }
 
+// Writes the decimal digits of n (n > 0) at `out`; returns the end.
+char *writeUnsigned(char *out, unsigned long long n)
+{
+    char tmp[24];
+    int len = 0;
+    do {
+        tmp[len++] = char('0' + n % 10);
+        n /= 10;
+    } while (n);
+    while (len)
+        *out++ = tmp[--len];
+    return out;
+}
+
 // Formats v with `digits` significant digits in the fixed or scientific form
-// described in the header.
+// described in the header. Everything is built in a stack buffer: the grids
+// call this for every number cell they show.
 QString shortestText(double v, int digits)
 {
     if (v == 0.0 || std::isnan(v))
@@ -30,44 +47,75 @@ QString shortestText(double v, int digits)
     if (std::isinf(v))
         return v > 0 ? QStringLiteral("1.#INF") : QStringLiteral("-1.#INF");
 
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.*e", digits - 1, v);
-    // buf: [-]d.ddddde[+-]xx
-    std::string s(buf);
-    const auto ePos = s.find('e');
-    std::string mant = s.substr(0, ePos);
-    const int exp10 = std::stoi(s.substr(ePos + 1));
-    const bool negative = mant[0] == '-';
-    if (negative)
-        mant.erase(0, 1);
-    std::string digitsOnly;
-    for (char c : mant)
-        if (c != '.')
-            digitsOnly.push_back(c);
-    while (digitsOnly.size() > 1 && digitsOnly.back() == '0')
-        digitsOnly.pop_back();
+    static constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8,
+                                         1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
+    char out[64];
+    char *end = out;
+    const bool negative = v < 0;
+    const double magnitude = std::fabs(v);
 
-    std::string out;
+    // A whole number with at most `digits` digits is its own shortest text.
+    if (magnitude < kPowers[digits] && magnitude == std::floor(magnitude)) {
+        if (negative)
+            *end++ = '-';
+        end = writeUnsigned(end, static_cast<unsigned long long>(magnitude));
+        return QString::fromLatin1(out, end - out);
+    }
+
+    // [d.ddddd]e[+-]xx, correctly rounded like printf's %.*e.
+    char sci[48];
+    const auto res = std::to_chars(sci, sci + sizeof sci, magnitude, std::chars_format::scientific, digits - 1);
+    const char *ePos = std::find(sci, res.ptr, 'e');
+    char mant[24];
+    int mantLen = 0;
+    for (const char *p = sci; p < ePos; ++p)
+        if (*p != '.')
+            mant[mantLen++] = *p;
+    while (mantLen > 1 && mant[mantLen - 1] == '0')
+        --mantLen;
+    int exp10 = 0;
+    {
+        const char *p = ePos + 1;
+        const bool expNegative = *p == '-';
+        if (*p == '-' || *p == '+')
+            ++p;
+        for (; p < res.ptr; ++p)
+            exp10 = exp10 * 10 + (*p - '0');
+        if (expNegative)
+            exp10 = -exp10;
+    }
+
+    if (negative)
+        *end++ = '-';
     if (exp10 < -4 || exp10 >= digits) {
-        out = digitsOnly.substr(0, 1);
-        if (digitsOnly.size() > 1)
-            out += "." + digitsOnly.substr(1);
-        char e[16];
-        std::snprintf(e, sizeof e, "E%c%02d", exp10 < 0 ? '-' : '+', std::abs(exp10));
-        out += e;
+        *end++ = mant[0];
+        if (mantLen > 1) {
+            *end++ = '.';
+            end = std::copy(mant + 1, mant + mantLen, end);
+        }
+        *end++ = 'E';
+        *end++ = exp10 < 0 ? '-' : '+';
+        const int e = std::abs(exp10);
+        if (e < 10)
+            *end++ = '0';
+        end = writeUnsigned(end, static_cast<unsigned long long>(e));
     } else if (exp10 < 0) {
-        out = "0." + std::string(static_cast<size_t>(-exp10 - 1), '0') + digitsOnly;
+        *end++ = '0';
+        *end++ = '.';
+        end = std::fill_n(end, -exp10 - 1, '0');
+        end = std::copy(mant, mant + mantLen, end);
     } else {
-        const size_t intLen = static_cast<size_t>(exp10) + 1;
-        if (digitsOnly.size() <= intLen) {
-            out = digitsOnly + std::string(intLen - digitsOnly.size(), '0');
+        const int intLen = exp10 + 1;
+        if (mantLen <= intLen) {
+            end = std::copy(mant, mant + mantLen, end);
+            end = std::fill_n(end, intLen - mantLen, '0');
         } else {
-            out = digitsOnly.substr(0, intLen) + "." + digitsOnly.substr(intLen);
+            end = std::copy(mant, mant + intLen, end);
+            *end++ = '.';
+            end = std::copy(mant + intLen, mant + mantLen, end);
         }
     }
-    if (negative)
-        out.insert(out.begin(), '-');
-    return QString::fromLatin1(out.c_str());
+    return QString::fromLatin1(out, end - out);
 }
 
 } // namespace
@@ -197,6 +245,16 @@ int16_t mul16(int16_t a, int16_t b)
     return static_cast<int16_t>(r);
 }
 
+double divide(double a, double b)
+{
+    if (b == 0.0) {
+        if (a == 0.0)
+            raiseOverflow();
+        raiseDivisionByZero();
+    }
+    return a / b;
+}
+
 float toSingle(double v)
 {
     if (std::isfinite(v) && std::fabs(v) > double(std::numeric_limits<float>::max()))
@@ -223,6 +281,18 @@ QString signedForm(double v)
 QString shortDate(const QDate &date)
 {
     static const QLocale chinese(QLocale::Chinese, QLocale::China);
+    // The locale's form is year/month/day without leading zeros; a report
+    // shows tens of thousands of dates, so that form is written directly.
+    static const bool yearMonthDay = chinese.dateFormat(QLocale::ShortFormat) == QLatin1String("yyyy/M/d");
+    if (yearMonthDay && date.isValid() && date.year() >= 1000 && date.year() <= 9999) {
+        char out[16];
+        char *end = writeUnsigned(out, static_cast<unsigned long long>(date.year()));
+        *end++ = '/';
+        end = writeUnsigned(end, static_cast<unsigned long long>(date.month()));
+        *end++ = '/';
+        end = writeUnsigned(end, static_cast<unsigned long long>(date.day()));
+        return QString::fromLatin1(out, end - out);
+    }
     return chinese.toString(date, QLocale::ShortFormat);
 }
 

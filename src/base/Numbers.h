@@ -27,6 +27,9 @@ int16_t add16(int16_t a, int16_t b);
 int16_t sub16(int16_t a, int16_t b);
 int16_t mul16(int16_t a, int16_t b);
 
+// Division as the runtime does it: x / 0 raises "除数为零", 0 / 0 overflows.
+double divide(double a, double b);
+
 // Single-precision value of a double (float rounding; overflow raises).
 float toSingle(double v);
 

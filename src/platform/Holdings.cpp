@@ -6,20 +6,10 @@
 
 namespace platform {
 
+using base::divide;
 using base::resumeNext;
 
 namespace {
-
-// Division as the runtime does it: x/0 is "除数为零", 0/0 overflows.
-double divide(double a, double b)
-{
-    if (b == 0.0) {
-        if (a == 0.0)
-            base::raiseOverflow();
-        base::raiseDivisionByZero();
-    }
-    return a / b;
-}
 
 // First field of the first row of a one-value query; null gives `ifNull`.
 QVariant scalar(store::Database &db, const QString &sql)

@@ -50,24 +50,14 @@ int16_t shareTotal16(const QVariant &sum)
     return base::toInt16(sum.toDouble());
 }
 
-double divide(double a, double b)
-{
-    if (b == 0) {
-        if (a == 0)
-            base::raiseOverflow();
-        base::raiseDivisionByZero();
-    }
-    return a / b;
-}
-
 ProfitRow profitRow(const QVariant &saleProceeds, const QVariant &sharesSold, const QVariant &purchaseCost,
                     const QVariant &sharesBought)
 {
     ProfitRow row;
     row.proceeds = saleProceeds.isNull() ? int16_t(0) : base::toInt16(saleProceeds.toDouble());
     if (!purchaseCost.isNull())
-        row.cost = base::toInt16(sharesSold.toDouble() * divide(purchaseCost.toDouble(), sharesBought.toDouble()));
-    const double perShare = divide(saleProceeds.toDouble(), sharesSold.toDouble());
+        row.cost = base::toInt16(sharesSold.toDouble() * base::divide(purchaseCost.toDouble(), sharesBought.toDouble()));
+    const double perShare = base::divide(saleProceeds.toDouble(), sharesSold.toDouble());
     row.averagePrice = base::doubleText(base::toInt32(perShare * 100.0) / 100.0);
     row.sharesSold = base::variantText(sharesSold);
     row.profit = base::sub16(row.proceeds, row.cost);

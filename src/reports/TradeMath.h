@@ -36,10 +36,6 @@ double tradeAmount(double price, double shares, float fee, bool purchase);
 // rounded and range-checked (overflow error outside -32768..32767).
 int16_t shareTotal16(const QVariant &sum);
 
-// Double division with the runtime's errors: x/0 raises "division by zero",
-// 0/0 raises overflow.
-double divide(double a, double b);
-
 // One row of the profit and loss report, from the two aggregate queries of a
 // stock: the sales' net proceeds and share sum, the purchases' cost and share
 // sum (both null when the stock was never bought).

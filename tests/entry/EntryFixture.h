@@ -1,8 +1,8 @@
 #pragma once
 // Shared set-up of the entry tests: a temporary program folder with a fresh
 // journal, message boxes recorded, distinct fee values per column so that a
-// wrong column shows, an empty stock list; and helpers to read stored rows
-// and to find controls by name.
+// wrong column shows, an empty stock list; and helpers to read stored rows,
+// find controls by name and fill and confirm a window.
 
 #include "support/TestFolder.h"
 
@@ -16,10 +16,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVariant>
+#include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <ostream>
 
 // Readable texts in failure messages.
@@ -59,6 +61,35 @@ T *control(QWidget &window, const char *name)
 {
     T *w = window.findChild<T *>(QString::fromLatin1(name));
     EXPECT_NE(w, nullptr) << name;
+    return w;
+}
+
+inline QLineEdit *box(QWidget &w, int n) { return w.findChild<QLineEdit *>(QStringLiteral("Text%1").arg(n)); }
+
+// Puts the texts into Text2, Text3, ... and presses 确认.
+inline void confirmWith(QWidget &w, const QStringList &texts)
+{
+    for (int i = 0; i < texts.size(); ++i)
+        box(w, i + 2)->setText(texts[i]);
+    QTest::mouseClick(control<QPushButton>(w, "Command2"), Qt::LeftButton);
+}
+
+inline QStringList boxTexts(QWidget &w, int last)
+{
+    QStringList texts;
+    for (int n = 2; n <= last; ++n)
+        texts << box(w, n)->text();
+    return texts;
+}
+
+// A window of type W for `user`, shown, its date set to `day`.
+template <typename W>
+std::unique_ptr<W> openWindow(const QString &user, const QDate &day)
+{
+    auto w = std::make_unique<W>();
+    w->GetMame(user, QStringLiteral("user"));
+    w->show();
+    control<QDateEdit>(*w, "DTPicker1")->setDate(day);
     return w;
 }
 

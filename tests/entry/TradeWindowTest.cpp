@@ -1,18 +1,13 @@
 // The buy and sell windows driven through their controls, with the rows they
-// store read back from the journal.
+// store read back from the journal; the captions of all four entry windows.
 #include "EntryFixture.h"
 
+#include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
-#include <functional>
-#include <memory>
-
-using entrytest::control;
-using entrytest::feeOfColumn;
-using entrytest::storedRows;
+using namespace entrytest;
 
 namespace {
 
@@ -21,158 +16,95 @@ const QDate kDay(2024, 1, 5);
 
 struct Kind {
     const char *name;
-    std::function<std::unique_ptr<entry::TradeWindow>()> make;
-    QString caption;
-    QString labels; // Label1 .. Label6, blank-separated
+    std::unique_ptr<entry::TradeWindow> (*open)();
     QString operation;
     QString quantityMessage;
 };
 
-const Kind kBuyWindow{"frmBuy",
-                      [] { return std::make_unique<frmBuy>(); },
-                      QStringLiteral("ALICE  买入"),
-                      QStringLiteral("买入日期 股票代码 股票名称 买入价格 买入数量 买入原因"),
-                      QStringLiteral("买进"),
-                      QStringLiteral("没有输入买入数量！")};
-const Kind kSellWindow{"frmShell",
-                       [] { return std::make_unique<frmShell>(); },
-                       QStringLiteral("ALICE  卖出"),
-                       QStringLiteral("卖出日期 股票代码 股票名称 卖出价格 卖出数量 卖出原因"),
-                       QStringLiteral("卖出"),
-                       QStringLiteral("没有输入卖出数量！")};
+const Kind kBuy{"frmBuy", []() -> std::unique_ptr<entry::TradeWindow> { return openWindow<frmBuy>("ALICE", kDay); },
+                QStringLiteral("买进"), QStringLiteral("没有输入买入数量！")};
+const Kind kSell{"frmShell",
+                 []() -> std::unique_ptr<entry::TradeWindow> { return openWindow<frmShell>("ALICE", kDay); },
+                 QStringLiteral("卖出"), QStringLiteral("没有输入卖出数量！")};
 
-// The five boxes Text2 .. Text6.
-struct Boxes {
-    QString code, name, price, quantity, reason;
-};
-
-class TradeWindowTest : public entrytest::EntryTest {
-protected:
-    std::unique_ptr<entry::TradeWindow> open(const Kind &kind)
-    {
-        auto w = kind.make();
-        w->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
-        w->show();
-        control<QDateEdit>(*w, "DTPicker1")->setDate(kDay);
-        return w;
-    }
-    QLineEdit *box(QWidget &w, int n)
-    {
-        return w.findChild<QLineEdit *>(QStringLiteral("Text%1").arg(n));
-    }
-    void fill(QWidget &w, const Boxes &b)
-    {
-        const QString *values[] = {&b.code, &b.name, &b.price, &b.quantity, &b.reason};
-        for (int n = 2; n <= 6; ++n)
-            box(w, n)->setText(*values[n - 2]);
-    }
-    Boxes boxes(QWidget &w)
-    {
-        return {box(w, 2)->text(), box(w, 3)->text(), box(w, 4)->text(), box(w, 5)->text(), box(w, 6)->text()};
-    }
-    void confirm(QWidget &w) { QTest::mouseClick(control<QPushButton>(w, "Command2"), Qt::LeftButton); }
-};
-
-void expectBoxes(const Boxes &actual, const Boxes &expected)
+// A stored row as texts, the date in ISO form.
+QStringList rowTexts(const QVariantList &row)
 {
-    EXPECT_EQ(actual.code, expected.code);
-    EXPECT_EQ(actual.name, expected.name);
-    EXPECT_EQ(actual.price, expected.price);
-    EXPECT_EQ(actual.quantity, expected.quantity);
-    EXPECT_EQ(actual.reason, expected.reason);
+    QStringList out;
+    for (const QVariant &v : row)
+        out << (v.typeId() == QMetaType::QDate ? v.toDate().toString(Qt::ISODate) : v.toString());
+    return out;
 }
 
 } // namespace
 
-TEST_F(TradeWindowTest, CaptionsLabelsAndControls)
+TEST_F(EntryTest, CaptionsAndLabelsOfTheFourWindows)
 {
-    for (const Kind *kind : {&kBuyWindow, &kSellWindow}) {
-        SCOPED_TRACE(kind->name);
-        auto w = kind->make();
-        EXPECT_EQ(w->windowTitle(), QStringLiteral("Tessaly"));
-        w->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
-        w->show();
-        EXPECT_EQ(w->windowTitle(), kind->caption);
+    const struct {
+        std::unique_ptr<entry::EntryForm> window;
+        QString caption;
+        QString labels;
+    } cases[] = {
+        {std::make_unique<frmBuy>(), "ALICE  买入", "买入日期 股票代码 股票名称 买入价格 买入数量 买入原因"},
+        {std::make_unique<frmShell>(), "ALICE  卖出", "卖出日期 股票代码 股票名称 卖出价格 卖出数量 卖出原因"},
+        {std::make_unique<frmMoneyIn>(), "ALICE  存入资金", "存入资金日期 存入资金数量 存入资金原因"},
+        {std::make_unique<frmMoneyOut>(), "ALICE  提取资金", "提取资金日期 提取资金数量 提取资金原因"},
+    };
+    for (const auto &c : cases) {
+        QWidget &w = *c.window;
+        EXPECT_EQ(w.windowTitle(), QStringLiteral("Tessaly"));
+        c.window->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
+        w.show();
+        EXPECT_EQ(w.windowTitle(), c.caption);
         QStringList labels;
-        for (int i = 1; i <= 6; ++i)
-            labels << w->findChild<QLabel *>(QStringLiteral("Label%1").arg(i))->text();
-        EXPECT_EQ(labels.join(u' '), kind->labels);
-        EXPECT_EQ(control<QPushButton>(*w, "Command2")->text(), QStringLiteral("确认"));
-        EXPECT_EQ(control<QPushButton>(*w, "Command3")->text(), QStringLiteral("取消"));
-        EXPECT_NE(w->findChild<QWidget *>(QStringLiteral("Frame1")), nullptr);
-        auto *picker = control<QDateEdit>(*w, "DTPicker1");
-        EXPECT_TRUE(picker->calendarPopup());
-        EXPECT_EQ(picker->date(), QDate::currentDate());
+        for (int i = 1; w.findChild<QLabel *>(QStringLiteral("Label%1").arg(i)); ++i)
+            labels << w.findChild<QLabel *>(QStringLiteral("Label%1").arg(i))->text();
+        EXPECT_EQ(labels.join(u' '), c.labels);
+        EXPECT_EQ(control<QPushButton>(w, "Command2")->text() + control<QPushButton>(w, "Command3")->text(),
+                  QStringLiteral("确认取消"));
+        EXPECT_EQ(control<QDateEdit>(w, "DTPicker1")->date(), QDate::currentDate());
+        EXPECT_EQ(w.findChild<QLineEdit *>(QStringLiteral("Text%1").arg(labels.size() + 1)), nullptr);
     }
 }
 
-TEST_F(TradeWindowTest, BuyStoresTheRowEmptiesTheBoxesAndKeepsTheDate)
+TEST_F(EntryTest, TradesStoreTheRowEmptyTheBoxesAndKeepTheDate)
 {
-    auto w = open(kBuyWindow);
-    QSignalSpy stored(w.get(), &entry::TradeWindow::tradeStored);
-    fill(*w, {QStringLiteral(" 600000 "), QString(), QStringLiteral("10.5"), QStringLiteral("1000"), QString()});
-    confirm(*w);
-
-    const auto rows = storedRows(kTrades);
-    ASSERT_EQ(rows.size(), 1);
-    const QVariantList &r = rows[0];
-    EXPECT_EQ(r[0].toString(), QStringLiteral("ALICE"));
-    EXPECT_EQ(r[1].toString(), QStringLiteral("600000"));
-    EXPECT_EQ(r[2].toString(), QStringLiteral("股票"));
-    EXPECT_EQ(r[3].toDate(), kDay);
-    EXPECT_EQ(r[4].toDouble(), 10.5);
-    EXPECT_EQ(r[5].toDouble(), 1000.0);
-    EXPECT_EQ(r[6].toFloat(), feeOfColumn(1));
-    EXPECT_EQ(r[7].toString(), QStringLiteral("买进"));
-    EXPECT_EQ(r[8].toString(), QStringLiteral("买进"));
-
-    EXPECT_EQ(stored.count(), 1);
+    // Texts go in exactly (quotes included) but trimmed; numbers by the
+    // leading-number rule; a stock never bought is sold like any other.
+    const struct {
+        const Kind *kind;
+        QStringList typed;
+        QStringList stored;
+    } cases[] = {
+        {&kBuy, {" 600000 ", "", "10.5", "1000", ""}, {"ALICE", "600000", "股票", "2024-01-05", "10.5", "1000", "1.5", "买进", "买进"}},
+        {&kBuy, {"000001", "O'Neil 股份", " 12.5abc", "abc", "it's '便宜' ; drop table havewhat"},
+         {"ALICE", "000001", "O'Neil 股份", "2024-01-05", "12.5", "0", "1.5", "买进", "it's '便宜' ; drop table havewhat"}},
+        {&kSell, {"900901", " 云赛B股 ", "0.75", "500", ""}, {"ALICE", "900901", "云赛B股", "2024-01-05", "0.75", "500", "5.5", "卖出", "卖出"}},
+        {&kSell, {"000001", "", "", "100", " 止损 "}, {"ALICE", "000001", "股票", "2024-01-05", "0", "100", "1.5", "卖出", "止损"}},
+    };
+    int stored = 0;
+    for (const Kind *kind : {&kBuy, &kSell}) {
+        auto w = kind->open();
+        QSignalSpy spy(w.get(), &entry::TradeWindow::tradeStored);
+        int own = 0;
+        for (const auto &c : cases) {
+            if (c.kind != kind)
+                continue;
+            confirmWith(*w, c.typed);
+            const auto rows = storedRows(kTrades);
+            ASSERT_EQ(rows.size(), ++stored);
+            EXPECT_EQ(rowTexts(rows.last()), c.stored);
+            EXPECT_EQ(spy.count(), ++own);
+            EXPECT_EQ(boxTexts(*w, 6), QStringList(5, QString()));
+            EXPECT_EQ(control<QDateEdit>(*w, "DTPicker1")->date(), kDay);
+            EXPECT_EQ(w->focusWidget(), control<QDateEdit>(*w, "DTPicker1"));
+            EXPECT_TRUE(w->isVisible());
+        }
+    }
     EXPECT_TRUE(messages.isEmpty());
-    expectBoxes(boxes(*w), {});
-    EXPECT_EQ(control<QDateEdit>(*w, "DTPicker1")->date(), kDay);
-    EXPECT_EQ(w->focusWidget(), control<QDateEdit>(*w, "DTPicker1"));
-    EXPECT_TRUE(w->isVisible());
-
-    // The next entry goes in on the same day.
-    fill(*w, {QStringLiteral("000001"), QStringLiteral("平安银行"), QStringLiteral("12"), QStringLiteral("200"),
-              QStringLiteral("补仓")});
-    confirm(*w);
-    const auto after = storedRows(kTrades);
-    ASSERT_EQ(after.size(), 2);
-    EXPECT_EQ(after[1][2].toString(), QStringLiteral("平安银行"));
-    EXPECT_EQ(after[1][3].toDate(), kDay);
-    EXPECT_EQ(after[1][8].toString(), QStringLiteral("补仓"));
-    EXPECT_EQ(stored.count(), 2);
 }
 
-TEST_F(TradeWindowTest, SellStoresAPositiveCountWithItsOwnOperation)
-{
-    auto w = open(kSellWindow);
-    QSignalSpy stored(w.get(), &entry::TradeWindow::tradeStored);
-    // A stock never bought is sold like any other.
-    fill(*w, {QStringLiteral("900901"), QStringLiteral(" 云赛B股 "), QStringLiteral("0.75"), QStringLiteral("500"),
-              QString()});
-    confirm(*w);
-    fill(*w, {QStringLiteral("000001"), QString(), QString(), QStringLiteral("100"), QStringLiteral(" 止损 ")});
-    confirm(*w);
-
-    const auto rows = storedRows(kTrades);
-    ASSERT_EQ(rows.size(), 2);
-    EXPECT_EQ(rows[0][2].toString(), QStringLiteral("云赛B股"));
-    EXPECT_EQ(rows[0][4].toDouble(), 0.75);
-    EXPECT_EQ(rows[0][5].toDouble(), 500.0);
-    EXPECT_EQ(rows[0][6].toFloat(), feeOfColumn(5));
-    EXPECT_EQ(rows[0][7].toString(), QStringLiteral("卖出"));
-    EXPECT_EQ(rows[0][8].toString(), QStringLiteral("卖出"));
-    EXPECT_EQ(rows[1][4].toDouble(), 0.0); // price left empty
-    EXPECT_EQ(rows[1][6].toFloat(), feeOfColumn(1));
-    EXPECT_EQ(rows[1][8].toString(), QStringLiteral("止损"));
-    EXPECT_EQ(stored.count(), 2);
-    expectBoxes(boxes(*w), {});
-    EXPECT_EQ(w->focusWidget(), control<QDateEdit>(*w, "DTPicker1"));
-}
-
-TEST_F(TradeWindowTest, StoredRateFollowsTheCodePrefix)
+TEST_F(EntryTest, StoredRateFollowsTheCodePrefix)
 {
     const struct {
         const char *code;
@@ -184,12 +116,10 @@ TEST_F(TradeWindowTest, StoredRateFollowsTheCodePrefix)
         {"  600000 ", feeOfColumn(1)}, {"000", feeOfColumn(1)}, {"9001234567", feeOfColumn(5)}, {"184abc", feeOfColumn(2)},
         // Unknown prefixes and codes too short to carry one.
         {"300001", 0.0f}, {"601988", 0.0f}, {"1", 0.0f}, {"60", 0.0f}, {" 00 0", 0.0f}};
-    for (const Kind *kind : {&kBuyWindow, &kSellWindow}) {
-        auto w = open(*kind);
-        for (const auto &c : cases) {
-            fill(*w, {QString::fromLatin1(c.code), QString(), QStringLiteral("1"), QStringLiteral("100"), QString()});
-            confirm(*w);
-        }
+    for (const Kind *kind : {&kBuy, &kSell}) {
+        auto w = kind->open();
+        for (const auto &c : cases)
+            confirmWith(*w, {QString::fromLatin1(c.code), QString(), QStringLiteral("1"), QStringLiteral("100")});
     }
     const auto rows = storedRows(kTrades);
     const int n = static_cast<int>(std::size(cases));
@@ -200,66 +130,48 @@ TEST_F(TradeWindowTest, StoredRateFollowsTheCodePrefix)
     }
 }
 
-TEST_F(TradeWindowTest, RefusedEntriesShowTheMessageAndStoreNothing)
+TEST_F(EntryTest, RefusedTradesShowTheMessageAndStoreNothing)
 {
-    for (const Kind *kind : {&kBuyWindow, &kSellWindow}) {
+    for (const Kind *kind : {&kBuy, &kSell}) {
         SCOPED_TRACE(kind->name);
-        auto w = open(*kind);
+        auto w = kind->open();
         QSignalSpy stored(w.get(), &entry::TradeWindow::tradeStored);
         const auto before = storedRows(kTrades).size();
-        const Boxes refused[] = {
-            {QString(), QStringLiteral("名"), QStringLiteral("1"), QStringLiteral("100"), QStringLiteral("因")},
-            {QString(), QString(), QString(), QString(), QString()},
-            {QStringLiteral("600000"), QString(), QStringLiteral("1"), QString(), QString()},
+        const struct {
+            QStringList typed;
+            QString message;
+        } refused[] = {
+            {{"", "名", "1", "100", "因"}, QStringLiteral("没有输入代码！")},
+            {{"", "", "", "", ""}, QStringLiteral("没有输入代码！")},
+            {{"600000", "", "1", "", ""}, kind->quantityMessage},
         };
-        const QString expected[] = {QStringLiteral("没有输入代码！"), QStringLiteral("没有输入代码！"),
-                                    kind->quantityMessage};
-        for (int i = 0; i < 3; ++i) {
+        for (const auto &r : refused) {
             messages.clear();
-            fill(*w, refused[i]);
-            confirm(*w);
-            EXPECT_EQ(messages, QStringList{expected[i]}) << i;
-            expectBoxes(boxes(*w), refused[i]);
+            confirmWith(*w, r.typed);
+            EXPECT_EQ(messages, QStringList{r.message});
+            EXPECT_EQ(boxTexts(*w, 6), r.typed);
         }
         EXPECT_EQ(stored.count(), 0);
         EXPECT_EQ(storedRows(kTrades).size(), before);
 
         // Blanks are text: a code of blanks and a quantity of blanks pass.
         messages.clear();
-        fill(*w, {QStringLiteral("   "), QString(), QString(), QStringLiteral(" "), QString()});
-        confirm(*w);
+        confirmWith(*w, {"   ", "", "", " ", ""});
         EXPECT_TRUE(messages.isEmpty());
-        EXPECT_EQ(stored.count(), 1);
         const auto rows = storedRows(kTrades);
         ASSERT_EQ(rows.size(), before + 1);
+        EXPECT_EQ(rowTexts(rows.last()).mid(5, 3), (QStringList{"0", "0", kind->operation}));
         EXPECT_EQ(rows.last()[1].toString(), QString());
-        EXPECT_EQ(rows.last()[5].toDouble(), 0.0);
-        EXPECT_EQ(rows.last()[6].toFloat(), 0.0f);
-        EXPECT_EQ(rows.last()[7].toString(), kind->operation);
     }
 }
 
-TEST_F(TradeWindowTest, TextsGoInExactlyAndNumbersByTheLeadingNumberRule)
-{
-    auto w = open(kBuyWindow);
-    fill(*w, {QStringLiteral("600000"), QStringLiteral("O'Neil 股份"), QStringLiteral(" 12.5abc"),
-              QStringLiteral("abc"), QStringLiteral("it's '便宜' ; drop table havewhat")});
-    confirm(*w);
-    const auto rows = storedRows(kTrades);
-    ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows[0][2].toString(), QStringLiteral("O'Neil 股份"));
-    EXPECT_EQ(rows[0][4].toDouble(), 12.5);
-    EXPECT_EQ(rows[0][5].toDouble(), 0.0); // a non-numeric quantity is accepted as 0
-    EXPECT_EQ(rows[0][8].toString(), QStringLiteral("it's '便宜' ; drop table havewhat"));
-}
-
-TEST_F(TradeWindowTest, BuyCodeBoxEmptiesTheNameAndLooksItUpOnEnter)
+TEST_F(EntryTest, BuyCodeBoxEmptiesTheNameAndLooksItUpOnEnter)
 {
     marketdata::setStockList(0, QStringLiteral("000001 平安银行"));
     marketdata::setStockList(1, QStringLiteral("600000 浦发银行"));
     marketdata::setStockList(2, QStringLiteral("6000001 七位"));
     marketdata::setStockCount(2);
-    auto w = open(kBuyWindow);
+    auto w = kBuy.open();
     QLineEdit *code = box(*w, 2);
     QLineEdit *name = box(*w, 3);
 
@@ -270,54 +182,58 @@ TEST_F(TradeWindowTest, BuyCodeBoxEmptiesTheNameAndLooksItUpOnEnter)
     name->setText(QStringLiteral("旧名称"));
     QTest::keyClicks(code, QStringLiteral("600000"));
     EXPECT_EQ(name->text(), QString());
-    EXPECT_EQ(code->text(), QStringLiteral("600000"));
-
     QTest::keyClick(code, Qt::Key_Return);
     EXPECT_EQ(name->text(), QStringLiteral("浦发银行"));
     EXPECT_EQ(w->focusWidget(), name);
     EXPECT_EQ(name->selectedText(), QStringLiteral("浦发银行"));
 
-    // Five and seven characters are not searched, but the name box is emptied all the same.
-    for (const QString &typed : {QStringLiteral("60000"), QStringLiteral("6000001")}) {
+    // Five and seven characters are not searched, nor found when not listed,
+    // but the name box is emptied all the same.
+    for (const QString &typed : {QStringLiteral("60000"), QStringLiteral("6000001"), QStringLiteral("123456")}) {
         code->setText(typed);
         name->setText(QStringLiteral("旧名称"));
         QTest::keyClick(code, Qt::Key_Enter);
         EXPECT_EQ(name->text(), QString()) << qPrintable(typed);
         EXPECT_EQ(w->focusWidget(), name);
     }
-    // A six-character code that is not in the list leaves the name empty.
-    code->setText(QStringLiteral("123456"));
-    name->setText(QStringLiteral("旧名称"));
-    QTest::keyClick(code, Qt::Key_Return);
-    EXPECT_EQ(name->text(), QString());
 }
 
-TEST_F(TradeWindowTest, EnterMovesThroughTheBoxesToConfirm)
+TEST_F(EntryTest, EnterMovesThroughTheBoxesToConfirm)
 {
-    for (const Kind *kind : {&kBuyWindow, &kSellWindow}) {
-        SCOPED_TRACE(kind->name);
-        auto w = open(*kind);
-        fill(*w, {QStringLiteral("600000"), QStringLiteral("名"), QStringLiteral("1"), QStringLiteral("2"),
-                  QStringLiteral("因")});
-        QTest::keyClick(control<QDateEdit>(*w, "DTPicker1"), Qt::Key_Return);
-        EXPECT_EQ(w->focusWidget(), box(*w, 2));
-        // Only the sell window selects the code on the way in from the date.
-        EXPECT_EQ(box(*w, 2)->hasSelectedText(), kind == &kSellWindow);
-        // Only the buy window empties the name box (the stock list is empty here).
-        QTest::keyClick(box(*w, 2), Qt::Key_Return);
-        EXPECT_EQ(box(*w, 3)->text(), kind == &kSellWindow ? QStringLiteral("名") : QString());
-        EXPECT_EQ(w->focusWidget(), box(*w, 3));
-        EXPECT_EQ(box(*w, 3)->selectedText(), box(*w, 3)->text());
-        for (int n = 3; n <= 5; ++n) {
-            box(*w, n + 1)->deselect();
-            QTest::keyClick(box(*w, n), Qt::Key_Return);
-            EXPECT_EQ(w->focusWidget(), box(*w, n + 1)) << n;
-            EXPECT_EQ(box(*w, n + 1)->selectedText(), box(*w, n + 1)->text()) << n;
+    // The last box; whether Enter on the date selects Text2; whether Enter on
+    // Text2 empties Text3 (the buy window's name box; the stock list is empty).
+    const struct {
+        std::unique_ptr<entry::EntryForm> window;
+        int last;
+        bool selectsCode, emptiesName;
+    } cases[] = {
+        {openWindow<frmBuy>("ALICE", kDay), 6, false, true},
+        {openWindow<frmShell>("ALICE", kDay), 6, true, false},
+        {openWindow<frmMoneyIn>("ALICE", kDay), 3, true, false},
+        {openWindow<frmMoneyOut>("ALICE", kDay), 3, true, false},
+    };
+    for (const auto &c : cases) {
+        QWidget &w = *c.window;
+        SCOPED_TRACE(w.metaObject()->className());
+        for (int n = 2; n <= c.last; ++n)
+            box(w, n)->setText(QStringLiteral("名%1").arg(n));
+        QTest::keyClick(control<QDateEdit>(w, "DTPicker1"), Qt::Key_Return);
+        EXPECT_EQ(w.focusWidget(), box(w, 2));
+        EXPECT_EQ(box(w, 2)->hasSelectedText(), c.selectsCode);
+        for (int n = 2; n < c.last; ++n) {
+            box(w, n + 1)->deselect();
+            QTest::keyClick(box(w, n), Qt::Key_Return);
+            EXPECT_EQ(w.focusWidget(), box(w, n + 1)) << n;
+            EXPECT_EQ(box(w, n + 1)->selectedText(), box(w, n + 1)->text()) << n;
         }
-        QTest::keyClick(box(*w, 6), Qt::Key_Return);
-        EXPECT_EQ(w->focusWidget(), control<QPushButton>(*w, "Command2"));
-        // Enter moves only; nothing was stored on the way.
-        EXPECT_TRUE(storedRows(kTrades).isEmpty());
-        EXPECT_TRUE(messages.isEmpty());
+        EXPECT_EQ(box(w, 3)->text(), c.emptiesName ? QString() : QStringLiteral("名3"));
+        QTest::keyClick(box(w, c.last), Qt::Key_Return);
+        EXPECT_EQ(w.focusWidget(), control<QPushButton>(w, "Command2"));
     }
+    // Enter moves only; nothing was stored on the way. 取消 closes.
+    EXPECT_TRUE(storedRows(kTrades).isEmpty());
+    EXPECT_TRUE(storedRows(QStringLiteral("资金表")).isEmpty());
+    EXPECT_TRUE(messages.isEmpty());
+    QTest::mouseClick(control<QPushButton>(*cases[2].window, "Command3"), Qt::LeftButton);
+    EXPECT_FALSE(cases[2].window->isVisible());
 }

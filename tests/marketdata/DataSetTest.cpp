@@ -41,6 +41,10 @@ protected:
     }
     QLineEdit *text(DataSet &w, const char *name) { return child<QLineEdit>(w, name); }
     QComboBox *combo(DataSet &w) { return child<QComboBox>(w, "Combo1"); }
+    QStringList texts(DataSet &w)
+    {
+        return {text(w, "Text1")->text(), text(w, "Text2")->text(), text(w, "Text3")->text()};
+    }
 
     QByteArray fileBytes() const
     {
@@ -66,26 +70,22 @@ protected:
 
 } // namespace
 
-TEST_F(DataSetTest, ControlsAndCaptions)
+TEST_F(DataSetTest, CaptionsAndSources)
 {
     DataSet w;
-    EXPECT_EQ(w.windowTitle(), QStringLiteral("数据路径"));
     const struct {
         const char *name;
         const char *text;
-    } labels[] = {{"Label1", "数据格式："}, {"Label2", "数据路径："}, {"Label3", "上海路径"}, {"Label4", "深圳路径"}, {"Label5", ""}};
-    for (const auto &l : labels)
-        EXPECT_EQ(child<QLabel>(w, l.name)->text(), QString::fromUtf8(l.text));
-    EXPECT_EQ(child<QPushButton>(w, "Command1")->text(), QStringLiteral("确定"));
-    EXPECT_EQ(child<QPushButton>(w, "Command2")->text(), QStringLiteral("取消"));
-    EXPECT_NE(w.findChild<QWidget *>(QStringLiteral("Drive1")), nullptr);
-    EXPECT_NE(w.findChild<QWidget *>(QStringLiteral("Dir1")), nullptr);
+    } captions[] = {{"Label1", "数据格式："}, {"Label2", "数据路径："}, {"Label3", "上海路径"}, {"Label4", "深圳路径"},
+                    {"Command1", "确定"},     {"Command2", "取消"}};
+    EXPECT_EQ(w.windowTitle(), QStringLiteral("数据路径"));
+    for (const auto &c : captions)
+        EXPECT_EQ(child<QWidget>(w, c.name)->property("text").toString(), QString::fromUtf8(c.text)) << c.name;
     w.show();
-    const QStringList expected{"钱龙", "胜龙", "分析家", "Csv Text", "GET Text", "MetaStock Text", "Time Trader Text"};
     QStringList items;
     for (int i = 0; i < combo(w)->count(); ++i)
         items << combo(w)->itemText(i);
-    EXPECT_EQ(items, expected);
+    EXPECT_EQ(items, (QStringList{"钱龙", "胜龙", "分析家", "Csv Text", "GET Text", "MetaStock Text", "Time Trader Text"}));
 }
 
 TEST_F(DataSetTest, NoFileShowsQianlongButLeavesPathEmpty)
@@ -93,9 +93,7 @@ TEST_F(DataSetTest, NoFileShowsQianlongButLeavesPathEmpty)
     DataSet w; // never shown, as the main window uses it
     w.GetDateSet();
     EXPECT_EQ(combo(w)->currentIndex(), 0);
-    EXPECT_EQ(text(w, "Text1")->text(), QStringLiteral("c:\\ml30"));
-    EXPECT_EQ(text(w, "Text2")->text(), QStringLiteral("c:\\ml30\\DATA\\SHASE"));
-    EXPECT_EQ(text(w, "Text3")->text(), QStringLiteral("c:\\ml30\\DATA\\SZNSE"));
+    EXPECT_EQ(texts(w), (QStringList{"c:\\ml30", "c:\\ml30\\DATA\\SHASE", "c:\\ml30\\DATA\\SZNSE"}));
     EXPECT_EQ(DataPath(), QString());
     EXPECT_EQ(DataFormat(), 0);
     EXPECT_FALSE(w.isVisible());
@@ -105,24 +103,26 @@ TEST_F(DataSetTest, SelectingSourcesSetsPathsAndHints)
 {
     DataSet w;
     w.show();
-    QLabel *hint = child<QLabel>(w, "Label5");
-    combo(w)->setCurrentIndex(1);
-    EXPECT_EQ(text(w, "Text1")->text(), QStringLiteral("C:\\slon"));
-    EXPECT_EQ(text(w, "Text2")->text(), QStringLiteral("C:\\slon\\Data\\Sh"));
-    EXPECT_EQ(text(w, "Text3")->text(), QStringLiteral("C:\\slon\\Data\\Sz"));
-    combo(w)->setCurrentIndex(2);
-    EXPECT_EQ(text(w, "Text2")->text(), QStringLiteral("c:\\superstk"));
-    EXPECT_EQ(text(w, "Text3")->text(), QStringLiteral("c:\\superstk"));
-    EXPECT_EQ(hint->text(), QString());
-    combo(w)->setCurrentIndex(3);
-    EXPECT_EQ(hint->text(), QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"));
-    combo(w)->setCurrentIndex(0); // the CSV hint stays
-    EXPECT_EQ(hint->text(), QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"));
-    combo(w)->setCurrentIndex(6);
-    EXPECT_EQ(hint->text(), QStringLiteral("格式：MM/DD/YYYY,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"));
-    EXPECT_EQ(text(w, "Text1")->text(), QStringLiteral("c:\\ttext"));
-    combo(w)->setCurrentIndex(5);
-    EXPECT_EQ(hint->text(), QStringLiteral("格式：YYYYMMDD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"));
+    const QString csv = QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT");
+    // Index, Text1 .. Text3 (empty: not checked), hint. 钱龙 keeps the last hint.
+    const struct {
+        int index;
+        QStringList texts;
+        QString hint;
+    } cases[] = {
+        {1, {"C:\\slon", "C:\\slon\\Data\\Sh", "C:\\slon\\Data\\Sz"}, QString()},
+        {2, {"c:\\superstk", "c:\\superstk", "c:\\superstk"}, QString()},
+        {3, {}, csv},
+        {0, {"c:\\ml30", "c:\\ml30\\DATA\\SHASE", "c:\\ml30\\DATA\\SZNSE"}, csv},
+        {6, {"c:\\ttext", "c:\\ttext", "c:\\ttext"}, QStringLiteral("格式：MM/DD/YYYY,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT")},
+        {5, {}, QStringLiteral("格式：YYYYMMDD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT")},
+    };
+    for (const auto &c : cases) {
+        combo(w)->setCurrentIndex(c.index);
+        if (!c.texts.isEmpty())
+            EXPECT_EQ(texts(w), c.texts) << c.index;
+        EXPECT_EQ(child<QLabel>(w, "Label5")->text(), c.hint) << c.index;
+    }
 
     // Typing in Text1 recomputes both paths, the text used as typed.
     combo(w)->setCurrentIndex(0);
@@ -133,8 +133,7 @@ TEST_F(DataSetTest, SelectingSourcesSetsPathsAndHints)
     combo(w)->setCurrentIndex(4);
     t1->clear();
     QTest::keyClicks(t1, QStringLiteral("e:\\x"));
-    EXPECT_EQ(text(w, "Text2")->text(), QStringLiteral("e:\\x"));
-    EXPECT_EQ(text(w, "Text3")->text(), QStringLiteral("e:\\x"));
+    EXPECT_EQ(texts(w), (QStringList{"e:\\x", "e:\\x", "e:\\x"}));
 }
 
 TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)

@@ -22,8 +22,6 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
         {"data/sznse/day/0001.day", "0001", 1},      {"data/shase/week/600001.wek", "600001", 2},
         {"data/sznse/month/000003.mnt", "000003", 3}, {"data/shase/min/600002.nmn", "600002", 4},
         {"data/shase/day/800001.day", "800001", 1},  {"data/sznse/day/180001.day", "180001", 1},
-        // Letter case of the folders is resolved.
-        {"DATA/SHASE/DAY/600003.DAY", "600003", 1},
     };
     // Each file holds one bar whose date tells the files apart.
     int32_t date = 20240101;
@@ -42,6 +40,9 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
     }
     BarArray bars;
     EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 5, bars).untouched());
+    // Names in another letter case are found.
+    d.write(QStringLiteral("ML30/DATA/SHASE/DAY/600000.DAY"), qlRec(20240102, 1, 2, 0.5, 1.5));
+    EXPECT_EQ(readBars(ReadQianlong, d.path() + QStringLiteral("/ml30"), QStringLiteral("600000"), 1, bars).count, 1);
 }
 
 TEST(QianlongReader, RecordFieldsExtremesAndRange)

@@ -35,41 +35,43 @@ protected:
 
 const QChar sep(1);
 
+// Readable texts in failure messages.
+void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
+
 } // namespace
 
-TEST_F(StockListTest, NeitherFile)
+TEST_F(StockListTest, FilesItemsAndTheTwoIndexEntries)
 {
-    LoadStockList();
-    EXPECT_EQ(StockCount(), 1);
-    EXPECT_EQ(entries(), (QStringList{"1a0001 上证指数", "1a0002 Ａ股指数"}));
-}
-
-TEST_F(StockListTest, BothFilesAndTheLengthRule)
-{
-    // 9 characters: code and name; 11 or more: a marker, the code, the name.
-    write("GpSz", QStringLiteral("000001平安银\001#000002万科企业股份\001002594比亚迪\001trailing") + "\r\n");
-    write("GpSh", QStringLiteral("#600000浦发银行\001600519贵州茅台\001"));
-    LoadStockList();
-    EXPECT_EQ(entries(), (QStringList{"000001 平安银", "000002 万科企业股份", "002594 比亚迪", "600000 浦发银行",
-                                      "600519 贵州茅台", "1a0001 上证指数", "1a0002 Ａ股指数"}));
-    EXPECT_EQ(StockCount(), 6);
-}
-
-TEST_F(StockListTest, MissingShanghaiFileRepeatsShenzhen)
-{
-    write("GpSz", QStringLiteral("000001平安银行") + sep + QStringLiteral("000002万科Ａ") + sep);
-    LoadStockList();
-    EXPECT_EQ(entries(), (QStringList{"000001 平安银行", "000002 万科Ａ", "000001 平安银行", "000002 万科Ａ",
-                                      "1a0001 上证指数", "1a0002 Ａ股指数"}));
-}
-
-TEST_F(StockListTest, OnlyTheLastItemCounts)
-{
-    // A comma in a name, and a second line: everything before is lost.
-    write("GpSz", QStringLiteral("000001平安,银行") + sep + QStringLiteral("000003ABC") + sep);
-    write("GpSh", QStringLiteral("600000浦发银行") + sep + QStringLiteral("\r\n  600036招商银行") + sep + "\r\n");
-    LoadStockList();
-    EXPECT_EQ(entries(), (QStringList{"银行 ", "000003 ABC", "600036 招商银行", "1a0001 上证指数", "1a0002 Ａ股指数"}));
+    const QString index1 = QStringLiteral("1a0001 上证指数"), index2 = QStringLiteral("1a0002 Ａ股指数");
+    const struct {
+        const char *what;
+        QString gpsz, gpsh; // a null text: no file
+        QStringList expected;
+    } cases[] = {
+        {"neither file", QString(), QString(), {index1, index2}},
+        // 9 characters: code and name; 11 or more: a marker, the code, the name.
+        {"length rule", QStringLiteral("000001平安银\001#000002万科企业股份\001002594比亚迪\001trailing\r\n"),
+         QStringLiteral("#600000浦发银行\001600519贵州茅台\001"),
+         {"000001 平安银", "000002 万科企业股份", "002594 比亚迪", "600000 浦发银行", "600519 贵州茅台", index1, index2}},
+        {"no Shanghai file: Shenzhen twice", QStringLiteral("000001平安银行\001000002万科Ａ\001"), QString(),
+         {"000001 平安银行", "000002 万科Ａ", "000001 平安银行", "000002 万科Ａ", index1, index2}},
+        // A comma in a name, and a second line: everything before is lost.
+        {"only the last item counts", QStringLiteral("000001平安,银行\001000003ABC\001"),
+         QStringLiteral("600000浦发银行\001\r\n  600036招商银行\001\r\n"),
+         {"银行 ", "000003 ABC", "600036 招商银行", index1, index2}},
+    };
+    for (const auto &c : cases) {
+        clearStockList();
+        QFile::remove(folder.file(QStringLiteral("GpSz")));
+        QFile::remove(folder.file(QStringLiteral("GpSh")));
+        if (!c.gpsz.isNull())
+            write("GpSz", c.gpsz);
+        if (!c.gpsh.isNull())
+            write("GpSh", c.gpsh);
+        LoadStockList();
+        EXPECT_EQ(entries(), c.expected) << c.what;
+        EXPECT_EQ(StockCount(), c.expected.size() - 1) << c.what;
+    }
 }
 
 TEST_F(StockListTest, MoreThanTheListHolds)

@@ -14,6 +14,8 @@
 #include <QAction>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using journal::Trade;
 using namespace reports;
 
@@ -21,144 +23,76 @@ namespace {
 
 const QString kUser = QStringLiteral("ZHANG");
 QDate day(int d) { return QDate(2024, 5, d); }
-
-void installStandardErrorBox()
+Trade trade(const char *code, int d, double price, double shares, bool buy = true)
 {
-    qputenv("TESSALY_ERRORS_TO_STDERR", "1");
-    ui::installErrorBox();
+    return {.code = code, .name = "名", .date = day(d), .price = price, .shares = shares, .buy = buy};
 }
 
 template <typename Window>
-void openAndDelete(Window &w, int row)
+void load(Window &w)
 {
-    installStandardErrorBox();
+    qputenv("TESSALY_ERRORS_TO_STDERR", "1");
+    ui::installErrorBox();
     w.load();
+}
+
+template <typename Window>
+void deleteRow(Window &w, int row)
+{
+    load(w);
     w.grid()->setRow(row);
     w.template findChild<QAction *>(QStringLiteral("mnudel"))->trigger();
 }
 
 } // namespace
 
-TEST(ReportEndings, TradeDetailsSoldTotalAboveSixteenBits)
+TEST(ReportEndings, SixteenBitTotalsAndHeaderRowDeletesEndTheProgram)
 {
-    journal::SharedFolder folder;
-    if (!folder.inChild())
-        journal::addTrades({
-            {.code = "600000", .name = "浦发银行", .date = day(1), .price = 5, .shares = 20000, .buy = false},
-            {.code = "600000", .name = "浦发银行", .date = day(2), .price = 5, .shares = 12768, .buy = false},
-        });
-    EXPECT_EXIT(
-        {
-            installStandardErrorBox();
-            frmJyrec w;
-            w.GetMame(kUser, QString());
-            w.load();
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '6':");
-    EXPECT_EQ(journal::count("havewhat"), 2);
-}
-
-TEST(ReportEndings, TradeDetailsBoughtTotalIsCheckedToo)
-{
-    journal::SharedFolder folder;
-    if (!folder.inChild())
-        journal::addTrades({
-            {.code = "000001", .name = "平安银行", .date = day(1), .price = 5, .shares = 32767},
-            {.code = "000001", .name = "平安银行", .date = day(2), .price = 5, .shares = 1},
-        });
-    EXPECT_EXIT(
-        {
-            installStandardErrorBox();
-            frmJyrec w;
-            w.GetMame(kUser, QString());
-            w.load();
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '6':");
-}
-
-TEST(ReportEndings, ProfitAndLossProceedsAboveSixteenBits)
-{
-    journal::SharedFolder folder;
-    if (!folder.inChild())
-        journal::addTrades({
-            {.code = "600000", .name = "浦发银行", .date = day(1), .price = 10, .shares = 3000},
-            {.code = "600000", .name = "浦发银行", .date = day(2), .price = 11, .shares = 3000, .buy = false},
-        });
-    EXPECT_EXIT(
-        {
-            installStandardErrorBox();
-            frmYkui w;
-            w.GetMame(kUser, QString());
-            w.load();
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '6':");
-    EXPECT_EQ(journal::count("havewhat"), 2);
-}
-
-TEST(ReportEndings, ProfitAndLossZeroSharesBought)
-{
-    journal::SharedFolder folder;
-    if (!folder.inChild())
-        journal::addTrades({
-            {.code = "600000", .name = "浦发银行", .date = day(1), .price = 10, .shares = 0},
-            {.code = "600000", .name = "浦发银行", .date = day(2), .price = 11, .shares = 100, .buy = false},
-        });
-    EXPECT_EXIT(
-        {
-            installStandardErrorBox();
-            frmYkui w;
-            w.GetMame(kUser, QString());
-            w.load();
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '6':");
-}
-
-TEST(ReportEndings, StockRecordsDeleteWithTheHeaderRowSelected)
-{
-    journal::SharedFolder folder;
-    if (!folder.inChild())
-        journal::addTrades({
-            {.code = "600000", .name = "浦发银行", .date = day(1), .price = 10, .shares = 100},
-            {.code = "600000", .name = "浦发银行", .date = day(2), .price = 11, .shares = 100, .buy = false},
-        });
-    EXPECT_EXIT(
-        {
-            frmCha w;
-            w.GetMame(kUser, QString(), QStringLiteral("600000"));
-            openAndDelete(w, 0);
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '3021':");
-    EXPECT_EQ(journal::count("havewhat"), 2);
-}
-
-TEST(ReportEndings, FundRecordsDeleteWithTheHeaderRowSelected)
-{
-    journal::SharedFolder folder;
-    if (!folder.inChild()) {
-        journal::addCash(kUser, day(1), 1000, QStringLiteral("a"), true);
-        journal::addCash(kUser, day(2), 300, QStringLiteral("300"), false);
+    const struct {
+        const char *what;
+        std::function<void()> fill; // in the parent only
+        std::function<void()> run;  // in the child
+        const char *error;
+    } cases[] = {
+        {"trade details: sold total above 16 bits",
+         [] { journal::addTrades({trade("600000", 1, 5, 20000, false), trade("600000", 2, 5, 12768, false)}); },
+         [] { frmJyrec w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
+        {"trade details: bought total too",
+         [] { journal::addTrades({trade("000001", 1, 5, 32767), trade("000001", 2, 5, 1)}); },
+         [] { frmJyrec w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
+        {"profit and loss: proceeds above 16 bits",
+         [] { journal::addTrades({trade("600000", 1, 10, 3000), trade("600000", 2, 11, 3000, false)}); },
+         [] { frmYkui w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
+        {"profit and loss: zero shares bought",
+         [] { journal::addTrades({trade("600000", 1, 10, 0), trade("600000", 2, 11, 100, false)}); },
+         [] { frmYkui w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
+        {"stock records: delete with the header row selected",
+         [] { journal::addTrades({trade("600000", 1, 10, 100), trade("600000", 2, 11, 100, false)}); },
+         [] { frmCha w; w.GetMame(kUser, QString(), QStringLiteral("600000")); deleteRow(w, 0); }, "运行时错误 '3021':"},
+        {"fund records: delete with the header row selected",
+         [] {
+             journal::addCash(kUser, day(1), 1000, QStringLiteral("a"), true);
+             journal::addCash(kUser, day(2), 300, QStringLiteral("300"), false);
+         },
+         [] { frmZjin w; w.GetMame(kUser, QString()); deleteRow(w, 0); }, "运行时错误 '3021':"},
+        {"stock records: the fill stops on an error", [] {},
+         [] {
+             frmCha w;
+             w.GetMame(kUser, QString(), QStringLiteral("600000"));
+             load(w);
+             base::guard([&] { w.SeachA(QStringLiteral("select * from nowhere")); });
+             std::exit(0);
+         },
+         "运行时错误"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        journal::SharedFolder folder;
+        if (!folder.inChild())
+            c.fill();
+        const int trades = journal::count("havewhat"), cash = journal::count("资金表");
+        EXPECT_EXIT(c.run(), ::testing::ExitedWithCode(1), c.error);
+        EXPECT_EQ(journal::count("havewhat"), trades);
+        EXPECT_EQ(journal::count("资金表"), cash);
     }
-    EXPECT_EXIT(
-        {
-            frmZjin w;
-            w.GetMame(kUser, QString());
-            openAndDelete(w, 0);
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '3021':");
-    EXPECT_EQ(journal::count("资金表"), 2);
-}
-
-TEST(ReportEndings, StockRecordsFillStopsOnAnError)
-{
-    journal::SharedFolder folder;
-    EXPECT_EXIT(
-        {
-            installStandardErrorBox();
-            frmCha w;
-            w.GetMame(kUser, QString(), QStringLiteral("600000"));
-            w.load();
-            base::guard([&] { w.SeachA(QStringLiteral("select * from nowhere")); });
-            std::exit(0);
-        },
-        ::testing::ExitedWithCode(1), "运行时错误");
 }
