@@ -2,6 +2,8 @@
 // (30,000 trades) valued from 300 daily files of 4,000 bars.
 #include "Bench.h"
 
+#include "BenchAccount.h"
+
 #include "DemoMarket.h"
 #include "base/Paths.h"
 #include "marketdata/MarketSettings.h"
@@ -9,10 +11,8 @@
 #include "platform/Holdings.h"
 #include "platform/frmBefor.h"
 #include "store/Database.h"
-#include "store/Schema.h"
 
 #include <QApplication>
-#include <QDate>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -45,29 +45,7 @@ bool makeAccount(const QString &folder)
     options.withIndex = false;
     if (!demodata::makeDemoMarket(folder, options))
         return false;
-    store::createJournal(folder + QStringLiteral("/user2.mdb"));
-    base::setProgramFolder(folder);
-    store::Database db = store::openUserDatabase();
-    db.execute(QStringLiteral("begin"));
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-    const QList<demodata::DemoStock> stocks = demodata::demoStocks(options);
-    for (int s = 0; s < kStocks; ++s) {
-        for (int t = 0; t < kTradesPerStock; ++t) {
-            const bool sell = t % 4 == 3;
-            rs.AddNew();
-            rs.setField(0, QStringLiteral("BENCH"));
-            rs.setField(1, stocks[s].code);
-            rs.setField(2, stocks[s].name);
-            rs.setField(3, QDate(2020, 1, 1).addDays(t * 7));
-            rs.setField(4, 10.0 + t % 10);
-            rs.setField(5, sell ? 100.0 : 200.0);
-            rs.setField(6, 0.35f);
-            rs.setField(7, sell ? QStringLiteral("卖出") : QStringLiteral("买进"));
-            rs.setField(8, QStringLiteral("bench"));
-            rs.Update();
-        }
-    }
-    db.execute(QStringLiteral("commit"));
+    bench::writeTradeJournal(folder, demodata::demoStocks(options), kTradesPerStock, QStringLiteral("BENCH"));
     return true;
 }
 
@@ -102,6 +80,29 @@ TESSALY_BENCH(platform_main)
             rows = int(h.rows.size());
         }
         bench::figure(QStringLiteral("holdlist_300_ms"), bench::median(samples), QStringLiteral("ms"));
+        {   // TEMP: inside one read transaction
+            std::vector<double> s2;
+            for (int run = 0; run < 7; ++run) {
+                platform::Holdings h;
+                QElapsedTimer t;
+                t.start();
+                db.execute(QStringLiteral("begin"));
+                platform::HoldList(db, QStringLiteral("BENCH"), [&](const QString &code, float &price) {
+                    marketdata::QuoteLookup(marketdata::DataPath(), QStringLiteral("0"), code, false, price, state); }, h);
+                db.execute(QStringLiteral("commit"));
+                s2.push_back(t.nsecsElapsed() / 1e6);
+            }
+            bench::figure(QStringLiteral("TEMP_holdlist_txn_ms"), bench::median(s2), QStringLiteral("ms"));
+            std::vector<double> s3;
+            for (int run = 0; run < 7; ++run) {
+                platform::Holdings h;
+                QElapsedTimer t;
+                t.start();
+                platform::HoldList(db, QStringLiteral("BENCH"), [&](const QString &, float &price) { price = 1; }, h);
+                s3.push_back(t.nsecsElapsed() / 1e6);
+            }
+            bench::figure(QStringLiteral("TEMP_holdlist_noquote_ms"), bench::median(s3), QStringLiteral("ms"));
+        }
         if (rows != kStocks)
             std::fprintf(stderr, "platform bench: %d holdings rows, expected %d\n", rows, kStocks);
     }

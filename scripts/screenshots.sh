@@ -23,15 +23,17 @@ if [ ! -f "$build/build.ninja" ] && [ ! -f "$build/Makefile" ]; then
 fi
 cmake --build "$build" --target tessaly-makedb tessaly-demodata tessaly-screenshots
 
-app="$(mktemp -d)"
+app="$(mktemp -d "${TMPDIR:-/tmp}/tessaly.XXXXXX")"
 trap 'rm -rf "$app"' EXIT
 "$build/tools/makedb/tessaly-makedb" "$app/user2.mdb" >/dev/null
 "$build/tools/demodata/tessaly-demodata" "$app" --account >/dev/null
 
 mkdir -p "$out"
+out="$(cd "$out" && pwd)"
+shots="$(cd "$build" && pwd)/tools/screenshots/tessaly-screenshots"
 # A real X server (not the offscreen platform) so that fonts, styles and the
-# window sizes are those a user sees.
-env -u QT_QPA_PLATFORM LANG=zh_CN.UTF-8 \
-  xvfb-run -a -s "-screen 0 1280x800x24" \
-  "$build/tools/screenshots/tessaly-screenshots" "$app" "$out"
+# window sizes are those a user sees; started in the program folder, as the
+# program is, so that the folder list of the data-path window shows it.
+(cd "$app" && env -u QT_QPA_PLATFORM LANG=zh_CN.UTF-8 \
+  xvfb-run -a -s "-screen 0 1280x800x24" "$shots" "$app" "$out")
 echo "screenshots written to $out"

@@ -14,7 +14,9 @@ namespace base {
 
 namespace {
 
-QString lockPath()
+// The lock lives in the program folder, so that it goes with the program;
+// a folder that cannot be written falls back to a name in the runtime folder.
+QString fallbackLockPath()
 {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     const QString dir = runtime.isEmpty() ? QDir::tempPath() : QFile::decodeName(runtime);
@@ -25,6 +27,11 @@ QString lockPath()
     return dir + QStringLiteral("/tessaly-") + QString::fromLatin1(key) + QStringLiteral(".lock");
 }
 
+int openLock(const QString &path)
+{
+    return ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+}
+
 } // namespace
 
 bool previousInstance()
@@ -32,7 +39,9 @@ bool previousInstance()
     static int lockFd = -1;
     if (lockFd >= 0)
         return false; // this process holds the lock already
-    const int fd = ::open(QFile::encodeName(lockPath()).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    int fd = openLock(programFolder() + QStringLiteral("/.tessaly.lock"));
+    if (fd < 0)
+        fd = openLock(fallbackLockPath());
     if (fd < 0)
         return false; // no lock possible: do not refuse to start
     if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {

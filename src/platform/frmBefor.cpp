@@ -206,13 +206,16 @@ void frmBefor::HoldList()
         },
         h);
 
+    const ui::FlexGrid::BulkUpdate bulk(*m_grid);
     m_grid->clear();
     m_grid->setCols(8);
     m_grid->setRows(1);
     m_grid->setColWidth(0, 200);
     const QStringList &headers = platform::holdingsHeaders();
-    for (int c = 1; c < 8; ++c)
+    for (int c = 1; c < 8; ++c) {
         m_grid->setTextMatrix(0, c, headers[c]);
+        m_grid->setColWidth(c, 1440);
+    }
     m_grid->setRows(int(h.rows.size()) + 1);
     for (size_t r = 0; r < h.rows.size(); ++r)
         for (int c = 1; c < 8; ++c)
@@ -237,9 +240,20 @@ QString frmBefor::rawQuery() const
 void frmBefor::FrmRef()
 {
     m_rawMode = true;
+    showRawRecords();
+}
+
+void frmBefor::showRawRecords()
+{
     m_sql = rawQuery();
     SeachA(m_sql);
     m_sql.clear();
+    // Widths of the raw view's columns (userid .. reason), so that all nine
+    // fit the grid without scrolling sideways.
+    static const int kRawWidths[] = {1000, 1000, 1300, 1400, 1100, 1100, 1000, 1000, 2000};
+    if (m_grid->cols() == 10 && !m_grid->textMatrix(0, 1).isEmpty())
+        for (int c = 1; c < 10; ++c)
+            m_grid->setColWidth(c, kRawWidths[c - 1]);
 }
 
 int16_t frmBefor::SeachA(const QString &sql)
@@ -255,9 +269,7 @@ void frmBefor::mnuDelClick()
         m_current.Move(m_grid->row() - 1);
         m_current.Delete();
     }
-    m_sql = rawQuery();
-    SeachA(m_sql);
-    m_sql.clear();
+    showRawRecords();
 }
 
 void frmBefor::toolbarClick(const QString &caption)

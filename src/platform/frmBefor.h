@@ -62,6 +62,7 @@ private:
     void openReport(const QString &caption);
     void openSettings();
     QString rawQuery() const;
+    void showRawRecords();
 
     QString m_userName;
     QString m_userPower;

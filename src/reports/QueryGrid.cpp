@@ -30,6 +30,8 @@ int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Record
             statement();
     };
 
+    // One change notice for the whole fill, not one per cell.
+    const ui::FlexGrid::BulkUpdate bulk(grid);
     run([&] { kept = db.openRecordset(sqlText); });
     run([&] { grid.clear(); });
     bool empty = false;

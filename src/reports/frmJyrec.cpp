@@ -27,6 +27,7 @@ frmJyrec::frmJyrec(QWidget *parent)
 void frmJyrec::FillGrid()
 {
     ui::FlexGrid &grid = *MSFlexGrid1;
+    const ui::FlexGrid::BulkUpdate bulk(grid);
     grid.clear();
     grid.setCols(9);
     grid.setRows(1);
@@ -67,11 +68,8 @@ int16_t frmJyrec::appendTrades(const QString &code, bool purchase, int16_t r)
     rs.MoveLast();
     const int m = rs.RecordCount();
     rs.MoveFirst();
-    // The block's empty rows go in first, so that the grid does not
-    // recompute its row positions between an insertion and the next
-    // current-cell change.
-    for (int k = 0; k < m; ++k)
-        grid.addItem(QString());
+    // The block's empty rows go in first, in one insertion.
+    grid.setRows(grid.rows() + m);
     for (int k = 0; k < m; ++k) {
         grid.setRow(r);
         for (int c = 1; c <= 8; ++c) {

@@ -24,6 +24,7 @@ frmYkui::frmYkui(QWidget *parent)
 void frmYkui::FillGrid()
 {
     ui::FlexGrid &grid = *MSFlexGrid1;
+    const ui::FlexGrid::BulkUpdate bulk(grid);
     grid.clear();
     grid.setCols(8);
     grid.setRows(1);

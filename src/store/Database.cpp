@@ -13,6 +13,7 @@
 
 #include <sqlcipher/sqlite3.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -140,6 +141,26 @@ QString isoText(const QDateTime &dt)
 QVariant parseDate(const QString &raw)
 {
     const QString s = raw.trimmed();
+    // The stored form, yyyy-MM-dd, read directly: a record set of the journal
+    // holds one date per row. Anything else goes through the general forms.
+    if (s.size() == 10 && s[4] == u'-' && s[7] == u'-') {
+        int parts[3] = {0, 0, 0};
+        const int starts[3] = {0, 5, 8};
+        const int lengths[3] = {4, 2, 2};
+        bool digits = true;
+        for (int k = 0; k < 3 && digits; ++k)
+            for (int i = starts[k]; i < starts[k] + lengths[k]; ++i) {
+                const char16_t c = s[i].unicode();
+                if (c < u'0' || c > u'9') {
+                    digits = false;
+                    break;
+                }
+                parts[k] = parts[k] * 10 + (c - u'0');
+            }
+        const QDate d(parts[0], parts[1], parts[2]);
+        if (digits && d.isValid())
+            return d;
+    }
     static const char *const dateForms[] = {"yyyy-MM-dd", "yyyy-M-d", "yyyy/M/d"};
     static const char *const timeForms[] = {"yyyy-MM-dd HH:mm:ss", "yyyy-MM-ddTHH:mm:ss", "yyyy-M-d H:mm:ss",
                                             "yyyy/M/d H:mm:ss", "yyyy-MM-dd HH:mm:ss.zzz"};
@@ -163,47 +184,97 @@ QVariant integerVariant(qint64 v)
     return v;
 }
 
-// One value of a result row, in the form of its column.
-QVariant readValue(sqlite3_stmt *st, int i, Kind kind)
+// One value of a result row as the engine handed it out for its column's
+// kind: a record set keeps these and makes the QVariant only when the field
+// is read, so that a snapshot of many rows costs no allocation per value.
+struct RawValue {
+    enum Type : quint8 { Null, Integer, Real, Text, Blob } type = Null;
+    quint32 size = 0; // bytes of a text or blob
+    qint64 bits = 0;  // the integer, the double's bits, or the bytes' offset in the arena
+};
+
+// Reads value i of the current row of `st`; texts and blobs go to the end of
+// `arena`. A numeric date outside the engine's range fails here, when the
+// row is read, as a conversion error.
+RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, QByteArray &arena)
 {
+    RawValue v;
     const int type = sqlite3_column_type(st, i);
     if (type == SQLITE_NULL)
-        return QVariant();
-    if (type == SQLITE_BLOB) {
-        const auto *p = static_cast<const char *>(sqlite3_column_blob(st, i));
-        return QByteArray(p, sqlite3_column_bytes(st, i));
-    }
-    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
-    auto text = [&] {
-        const auto *p = reinterpret_cast<const char *>(sqlite3_column_text(st, i));
-        return QString::fromUtf8(p, sqlite3_column_bytes(st, i));
+        return v;
+    const auto bytes = [&](RawValue::Type as) {
+        const char *p = as == RawValue::Blob ? static_cast<const char *>(sqlite3_column_blob(st, i))
+                                             : reinterpret_cast<const char *>(sqlite3_column_text(st, i));
+        const int n = sqlite3_column_bytes(st, i);
+        v.type = as;
+        v.bits = arena.size();
+        v.size = quint32(n);
+        arena.append(p, n);
+        return v;
     };
+    const auto real = [&] {
+        v.type = RawValue::Real;
+        v.bits = std::bit_cast<qint64>(sqlite3_column_double(st, i));
+        return v;
+    };
+    if (type == SQLITE_BLOB)
+        return bytes(RawValue::Blob);
+    const bool numeric = type == SQLITE_INTEGER || type == SQLITE_FLOAT;
     switch (kind) {
     case Kind::Text:
-        return text();
+        return bytes(RawValue::Text);
     case Kind::Date:
-        if (numeric)
-            return fromDayNumber(sqlite3_column_double(st, i));
-        {
-            const QVariant d = parseDate(text());
-            return d.isValid() ? d : QVariant(text());
-        }
+        if (!numeric)
+            return bytes(RawValue::Text);
+        real();
+        fromDayNumber(std::bit_cast<double>(v.bits)); // range check
+        return v;
     case Kind::Double:
-        return numeric ? QVariant(sqlite3_column_double(st, i)) : QVariant(text());
     case Kind::Single:
-        return numeric ? QVariant(float(sqlite3_column_double(st, i))) : QVariant(text());
+        return numeric ? real() : bytes(RawValue::Text);
     case Kind::Integer:
-        if (type == SQLITE_INTEGER)
-            return integerVariant(sqlite3_column_int64(st, i));
-        return numeric ? QVariant(sqlite3_column_double(st, i)) : QVariant(text());
     case Kind::Other:
         break;
     }
-    if (type == SQLITE_INTEGER)
-        return integerVariant(sqlite3_column_int64(st, i));
-    if (type == SQLITE_FLOAT)
-        return sqlite3_column_double(st, i);
-    return text();
+    if (type == SQLITE_INTEGER) {
+        v.type = RawValue::Integer;
+        v.bits = sqlite3_column_int64(st, i);
+        return v;
+    }
+    return numeric ? real() : bytes(RawValue::Text);
+}
+
+// The value in the form of its column: dates as QDate or QDateTime, doubles
+// as double, singles as float, texts as QString, NULL as a null QVariant.
+QVariant valueOf(const RawValue &v, const QByteArray &arena, Kind kind)
+{
+    switch (v.type) {
+    case RawValue::Null:
+        return QVariant();
+    case RawValue::Blob:
+        return arena.mid(qsizetype(v.bits), qsizetype(v.size));
+    case RawValue::Integer:
+        return integerVariant(v.bits);
+    case RawValue::Text: {
+        const QString text = QString::fromUtf8(arena.constData() + v.bits, qsizetype(v.size));
+        if (kind == Kind::Date) {
+            const QVariant d = parseDate(text);
+            return d.isValid() ? d : QVariant(text);
+        }
+        return text;
+    }
+    case RawValue::Real:
+        break;
+    }
+    const double d = std::bit_cast<double>(v.bits);
+    switch (kind) {
+    case Kind::Date:
+        return fromDayNumber(d);
+    case Kind::Single:
+        return float(d);
+    default:
+        return d;
+    }
 }
 
 bool isNumberType(const QVariant &v)
@@ -471,6 +542,11 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
         return rc;
     }
     sqlite3_busy_timeout(db, 2000);
+    // Every page read from the file is decrypted and checked; the default
+    // cache (2 MB) is smaller than a journal of some ten thousand trades, so
+    // the per-stock queries of the holdings and reports would decrypt the
+    // same pages again and again. Pages are only allocated when read.
+    sqlite3_exec(db, "PRAGMA cache_size=-65536", nullptr, nullptr, nullptr);
     *out = db;
     return SQLITE_OK;
 }
@@ -594,7 +670,8 @@ struct Column {
 
 struct Row {
     qint64 rowid = 0;
-    QList<QVariant> values;
+    qsizetype first = 0;     // its first value in the record set's raw values
+    QList<QVariant> values;  // set instead for a row stored through the record set
     bool deleted = false;
 };
 
@@ -604,6 +681,8 @@ struct Recordset::Impl {
     std::shared_ptr<Database::Impl> db;
     QList<Column> columns;
     std::vector<Row> rows;
+    std::vector<RawValue> raw; // the values of the rows as read, row after row
+    QByteArray arena;          // their texts and blobs
     QString table; // base table when the rows can be changed, else empty
     qsizetype pos = -1;
     bool bof = true;
@@ -681,8 +760,11 @@ struct Recordset::Impl {
         if (rc != SQLITE_ROW)
             raiseEngine(connection(), rc, db->name);
         QList<QVariant> values;
-        for (int i = 0; i < columns.size(); ++i)
-            values << readValue(st.get(), i, columns[i].kind);
+        QByteArray bytes;
+        for (int i = 0; i < columns.size(); ++i) {
+            bytes.clear();
+            values << valueOf(captureValue(st.get(), i, columns[i].kind, bytes), bytes, columns[i].kind);
+        }
         return values;
     }
 };
@@ -698,56 +780,87 @@ Recordset Database::openRecordset(const QString &sql)
     auto rs = std::make_unique<Recordset::Impl>();
     rs->db = m_impl;
 
-    Statement plain(db, sql, m_impl->name);
-    const int n = sqlite3_column_count(plain.get());
-    if (n == 0)
-        raise(ErrInvalidOperation, QStringLiteral("无效的操作。"));
-
-    QString table;
-    bool oneTable = true;
-    for (int i = 0; i < n; ++i) {
-        Column c;
-        c.name = fromUtf8(sqlite3_column_name(plain.get(), i));
-        c.origin = fromUtf8(sqlite3_column_origin_name(plain.get(), i));
-        c.kind = kindOf(sqlite3_column_decltype(plain.get(), i));
-        const QString t = fromUtf8(sqlite3_column_table_name(plain.get(), i));
-        const QString schema = fromUtf8(sqlite3_column_database_name(plain.get(), i));
-        if (c.origin.isEmpty() || schema != QLatin1String("main"))
-            oneTable = false;
-        else if (table.isEmpty())
-            table = t;
-        else if (t.compare(table, Qt::CaseInsensitive) != 0)
-            oneTable = false;
-        rs->columns.append(c);
-    }
-
     // Rows of a plain query on one table carry that table's row ids, read
-    // through the same query with the row id in front.
+    // through the same query with the row id in front. That statement is
+    // tried first; the query as written is only prepared when it cannot serve
+    // (several tables, computed columns, grouping), so a record set on a
+    // table costs one preparation, not two.
+    const auto describe = [&](sqlite3_stmt *st, int offset, int n, QString &table) {
+        QList<Column> columns;
+        bool oneTable = true;
+        for (int i = offset; i < offset + n; ++i) {
+            Column c;
+            c.name = fromUtf8(sqlite3_column_name(st, i));
+            c.origin = fromUtf8(sqlite3_column_origin_name(st, i));
+            c.kind = kindOf(sqlite3_column_decltype(st, i));
+            const QString t = fromUtf8(sqlite3_column_table_name(st, i));
+            const QString schema = fromUtf8(sqlite3_column_database_name(st, i));
+            if (c.origin.isEmpty() || schema != QLatin1String("main"))
+                oneTable = false;
+            else if (table.isEmpty())
+                table = t;
+            else if (t.compare(table, Qt::CaseInsensitive) != 0)
+                oneTable = false;
+            columns.append(c);
+        }
+        if (!oneTable)
+            table.clear();
+        return columns;
+    };
+
+    // Whether a statement has row ids is settled by its columns' origins,
+    // which are the same in both statements; the order of trying only saves
+    // work. A select list with a call in it (sum(...)) is computed, so the
+    // query as written goes first there and the row-id statement is only
+    // tried when its columns do come from one table.
     int afterSelect = 0;
     std::unique_ptr<Statement> withId;
-    if (oneTable && !table.isEmpty() && startsWithWord(sql, QStringLiteral("select"), &afterSelect)
-        && !combinesRows(sql)) {
+    std::unique_ptr<Statement> plain;
+    const bool mayHaveIds = startsWithWord(sql, QStringLiteral("select"), &afterSelect) && !combinesRows(sql);
+    const qsizetype from = sql.indexOf(QLatin1String("from"), afterSelect, Qt::CaseInsensitive);
+    const bool looksComputed = sql.mid(afterSelect, from < 0 ? -1 : from - afterSelect).contains(u'(');
+    QString plainTable;
+    const auto preparePlain = [&] {
+        plain = std::make_unique<Statement>(db, sql, m_impl->name);
+        const int n = sqlite3_column_count(plain->get());
+        if (n == 0)
+            raise(ErrInvalidOperation, QStringLiteral("无效的操作。"));
+        rs->columns = describe(plain->get(), 0, n, plainTable);
+    };
+    if (mayHaveIds && looksComputed)
+        preparePlain();
+    if (mayHaveIds && (!plain || !plainTable.isEmpty())) {
         try {
             withId = std::make_unique<Statement>(
                 db, QStringLiteral("SELECT rowid AS tessaly_rowid_, ") + sql.mid(afterSelect), m_impl->name);
-            if (sqlite3_column_count(withId->get()) != n + 1)
-                withId.reset();
         } catch (const base::RuntimeError &) {
             withId.reset();
         }
+        if (withId) {
+            QString table;
+            const int n = sqlite3_column_count(withId->get()) - 1;
+            QList<Column> columns = describe(withId->get(), 1, n, table);
+            if (n > 0 && !table.isEmpty() && (!plain || n == int(rs->columns.size()))) {
+                rs->columns = std::move(columns);
+                rs->table = table;
+            } else {
+                withId.reset();
+            }
+        }
     }
-    if (withId)
-        rs->table = table;
+    if (!withId && !plain)
+        preparePlain();
+    const int n = int(rs->columns.size());
 
-    sqlite3_stmt *st = withId ? withId->get() : plain.get();
+    sqlite3_stmt *st = withId ? withId->get() : plain->get();
     const int offset = withId ? 1 : 0;
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
         Row r;
         r.rowid = withId ? sqlite3_column_int64(st, 0) : 0;
-        r.values.reserve(n);
+        r.first = qsizetype(rs->raw.size());
         for (int i = 0; i < n; ++i)
-            r.values.append(readValue(st, i + offset, rs->columns[i].kind));
+            rs->raw.push_back(captureValue(st, i + offset, rs->columns[i].kind, rs->arena));
         rs->rows.push_back(std::move(r));
     }
     if (rc != SQLITE_DONE)
@@ -873,7 +986,10 @@ QVariant Recordset::field(int i) const
         if (r.mode == Impl::Mode::Adding)
             return QVariant();
     }
-    return r.current().values[i];
+    const Row &row = r.current();
+    if (!row.values.isEmpty())
+        return row.values[i];
+    return valueOf(r.raw[size_t(row.first + i)], r.arena, r.columns[i].kind);
 }
 
 void Recordset::AddNew()
@@ -969,7 +1085,7 @@ void Recordset::Update()
     // the current record stays where it was.
     QList<QVariant> stored = r.readRow(rowid);
     if (adding)
-        r.rows.push_back(Row{rowid, std::move(stored), false});
+        r.rows.push_back(Row{rowid, 0, std::move(stored), false});
     else
         r.rows[size_t(r.pos)].values = std::move(stored);
 }

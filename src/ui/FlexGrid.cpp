@@ -13,6 +13,45 @@ const QColor kFixedBackground(0xE8, 0xE8, 0xE8);
 
 // ---- model ---------------------------------------------------------------
 
+void FlexGridModel::CellText::reset() noexcept
+{
+    if (m_len == kHeap)
+        m_heap.~QString();
+    m_len = kNull;
+}
+
+void FlexGridModel::CellText::assign(const CellText &other)
+{
+    if (other.m_len == kHeap)
+        new (&m_heap) QString(other.m_heap);
+    else if (other.m_len != kNull)
+        std::copy_n(other.m_small, other.m_len, m_small);
+    m_len = other.m_len;
+}
+
+void FlexGridModel::CellText::set(const QString &text)
+{
+    reset();
+    if (text.isNull())
+        return;
+    if (text.size() <= kInline) {
+        std::copy_n(text.utf16(), text.size(), m_small);
+        m_len = static_cast<quint8>(text.size());
+    } else {
+        new (&m_heap) QString(text);
+        m_len = kHeap;
+    }
+}
+
+QString FlexGridModel::CellText::get() const
+{
+    if (m_len == kHeap)
+        return m_heap;
+    if (m_len == kNull)
+        return QString();
+    return m_len == 0 ? QStringLiteral("") : QString(reinterpret_cast<const QChar *>(m_small), m_len);
+}
+
 int FlexGridModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_cells.size());
@@ -31,7 +70,7 @@ QVariant FlexGridModel::data(const QModelIndex &index, int role) const
     const size_t c = static_cast<size_t>(index.column());
     switch (role) {
     case Qt::DisplayRole:
-        return c < row.size() ? QVariant(row[c].text) : QVariant(QString());
+        return c < row.size() ? QVariant(row[c].text.get()) : QVariant(QString());
     case Qt::ForegroundRole:
         if (c < row.size() && row[c].hasFore)
             return QColor::fromRgb(row[c].fore);
@@ -96,7 +135,7 @@ QString FlexGridModel::text(int r, int c) const
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return {};
     const auto &row = m_cells[static_cast<size_t>(r)];
-    return static_cast<size_t>(c) < row.size() ? row[static_cast<size_t>(c)].text : QString();
+    return static_cast<size_t>(c) < row.size() ? row[static_cast<size_t>(c)].text.get() : QString();
 }
 
 void FlexGridModel::setText(int r, int c, const QString &text)
@@ -106,11 +145,62 @@ void FlexGridModel::setText(int r, int c, const QString &text)
     auto &row = m_cells[static_cast<size_t>(r)];
     if (row.size() <= static_cast<size_t>(c))
         row.resize(static_cast<size_t>(m_cols));
-    row[static_cast<size_t>(c)].text = text;
-    const QModelIndex i = index(r, c);
-    emit dataChanged(i, i, {Qt::DisplayRole});
-    if (r == 0)
-        emit headerDataChanged(Qt::Horizontal, c, c);
+    row[static_cast<size_t>(c)].text.set(text);
+    cellChanged(r, c, Qt::DisplayRole);
+}
+
+void FlexGridModel::cellChanged(int r, int c, int role)
+{
+    if (m_bulk == 0) {
+        const QModelIndex i = index(r, c);
+        emit dataChanged(i, i, {role});
+        if (r == 0 && role == Qt::DisplayRole)
+            emit headerDataChanged(Qt::Horizontal, c, c);
+        return;
+    }
+    if (m_bottom < m_top) {
+        m_top = m_bottom = r;
+        m_left = m_right = c;
+    } else {
+        m_top = std::min(m_top, r);
+        m_bottom = std::max(m_bottom, r);
+        m_left = std::min(m_left, c);
+        m_right = std::max(m_right, c);
+    }
+    (role == Qt::DisplayRole ? m_textChanged : m_colorChanged) = true;
+    if (r == 0 && role == Qt::DisplayRole) {
+        if (m_headerRight < m_headerLeft) {
+            m_headerLeft = m_headerRight = c;
+        } else {
+            m_headerLeft = std::min(m_headerLeft, c);
+            m_headerRight = std::max(m_headerRight, c);
+        }
+    }
+}
+
+void FlexGridModel::beginBulk() { ++m_bulk; }
+
+void FlexGridModel::endBulk()
+{
+    if (m_bulk == 0 || --m_bulk > 0)
+        return;
+    // Rows or columns may have gone since the cells changed.
+    const int bottom = std::min(m_bottom, rowCount() - 1);
+    const int right = std::min(m_right, m_cols - 1);
+    if (m_top <= bottom && m_left <= right) {
+        QList<int> roles;
+        if (m_textChanged)
+            roles << Qt::DisplayRole;
+        if (m_colorChanged)
+            roles << Qt::ForegroundRole;
+        emit dataChanged(index(m_top, m_left), index(bottom, right), roles);
+    }
+    const int headerRight = std::min(m_headerRight, m_cols - 1);
+    if (m_headerLeft <= headerRight && rowCount() > 0)
+        emit headerDataChanged(Qt::Horizontal, m_headerLeft, headerRight);
+    m_top = m_left = m_headerLeft = 0;
+    m_bottom = m_right = m_headerRight = -1;
+    m_textChanged = m_colorChanged = false;
 }
 
 QColor FlexGridModel::foreColor(int r, int c) const
@@ -132,8 +222,7 @@ void FlexGridModel::setForeColor(int r, int c, const QColor &color)
         row.resize(static_cast<size_t>(m_cols));
     row[static_cast<size_t>(c)].fore = color.rgb();
     row[static_cast<size_t>(c)].hasFore = color.isValid();
-    const QModelIndex i = index(r, c);
-    emit dataChanged(i, i, {Qt::ForegroundRole});
+    cellChanged(r, c, Qt::ForegroundRole);
 }
 
 void FlexGridModel::addRow(const QStringList &cells)
@@ -142,7 +231,7 @@ void FlexGridModel::addRow(const QStringList &cells)
     beginInsertRows({}, r, r);
     std::vector<Cell> row(static_cast<size_t>(m_cols));
     for (int c = 0; c < cells.size() && c < m_cols; ++c)
-        row[static_cast<size_t>(c)].text = cells[c];
+        row[static_cast<size_t>(c)].text.set(cells[c]);
     m_cells.push_back(std::move(row));
     endInsertRows();
 }
@@ -150,10 +239,9 @@ void FlexGridModel::addRow(const QStringList &cells)
 void FlexGridModel::clearContents()
 {
     beginResetModel();
-    for (auto &row : m_cells) {
+    // The rows keep their room: a grid that is cleared is filled again.
+    for (auto &row : m_cells)
         row.clear();
-        row.shrink_to_fit();
-    }
     endResetModel();
 }
 
@@ -221,8 +309,26 @@ void FlexGrid::setRow(int r)
     if (r < 0 || r >= rows())
         return;
     m_row = r;
-    if (r > 0)
+    if (m_bulk > 0)
+        m_selectPending = true;
+    else if (r > 0)
         selectRow(r);
+}
+
+FlexGrid::BulkUpdate::BulkUpdate(FlexGrid &grid) : m_grid(grid)
+{
+    ++m_grid.m_bulk;
+    m_grid.m_model->beginBulk();
+}
+
+FlexGrid::BulkUpdate::~BulkUpdate()
+{
+    m_grid.m_model->endBulk();
+    if (--m_grid.m_bulk > 0 || !m_grid.m_selectPending)
+        return;
+    m_grid.m_selectPending = false;
+    if (m_grid.m_row > 0 && m_grid.m_row < m_grid.rows())
+        m_grid.selectRow(m_grid.m_row);
 }
 
 void FlexGrid::setCol(int c)

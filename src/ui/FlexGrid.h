@@ -30,14 +30,63 @@ public:
     void addRow(const QStringList &cells);
     void clearContents();
 
+    // Between these two calls (they nest) cell changes send no notice each;
+    // the last end sends one for the rectangle of every cell changed.
+    void beginBulk();
+    void endBulk();
+
 private:
+    void cellChanged(int r, int c, int role);
+
+    // A cell's text. Most texts of a grid are short (codes, dates, prices):
+    // up to kInline characters are kept in the cell itself, so that filling
+    // and clearing tens of thousands of rows allocates and frees nothing per
+    // cell; a longer text is held as a QString.
+    class CellText {
+    public:
+        CellText() noexcept {}
+        ~CellText() { reset(); }
+        CellText(const CellText &other) { assign(other); }
+        CellText(CellText &&other) noexcept
+        {
+            assign(other); // a QString is only shared, not copied
+            other.reset();
+        }
+        CellText &operator=(const CellText &other)
+        {
+            if (this != &other) {
+                reset();
+                assign(other);
+            }
+            return *this;
+        }
+        void set(const QString &text);
+        QString get() const;
+
+    private:
+        static constexpr int kInline = 12;
+        static constexpr quint8 kNull = 0xfe, kHeap = 0xff;
+        void reset() noexcept;
+        void assign(const CellText &other);
+        union {
+            char16_t m_small[kInline];
+            QString m_heap;
+        };
+        quint8 m_len = kNull; // 0..kInline inline characters, kNull or kHeap
+    };
     struct Cell {
-        QString text;
+        CellText text;
         QRgb fore = 0;
         bool hasFore = false;
     };
     std::vector<std::vector<Cell>> m_cells; // [row][col]
     int m_cols = 2;
+    int m_bulk = 0;
+    // Changed cells during a bulk update: the bounding rectangle and whether
+    // the display texts, the colours or the header row changed.
+    int m_top = 0, m_bottom = -1, m_left = 0, m_right = -1;
+    bool m_textChanged = false, m_colorChanged = false;
+    int m_headerLeft = 0, m_headerRight = -1;
 };
 
 class FlexGrid : public QTableView {
@@ -74,6 +123,20 @@ public:
 
     FlexGridModel *gridModel() const { return m_model; }
 
+    // Filling many cells: while one of these lives, the model sends one
+    // change notice at the end instead of one per cell, and the current row
+    // is only recorded; its row is selected when the last one ends.
+    class BulkUpdate {
+    public:
+        explicit BulkUpdate(FlexGrid &grid);
+        ~BulkUpdate();
+        BulkUpdate(const BulkUpdate &) = delete;
+        BulkUpdate &operator=(const BulkUpdate &) = delete;
+
+    private:
+        FlexGrid &m_grid;
+    };
+
 signals:
     void gridClicked();
     void gridDoubleClicked();
@@ -89,6 +152,8 @@ private:
     void syncHeaderRow();
 
     FlexGridModel *m_model;
+    int m_bulk = 0;
+    bool m_selectPending = false;
     int m_row = 1;
     int m_col = 1;
     bool m_pressedLeft = false;

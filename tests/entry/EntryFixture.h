@@ -74,6 +74,7 @@ inline void confirmWith(QWidget &w, const QStringList &texts)
     QTest::mouseClick(control<QPushButton>(w, "Command2"), Qt::LeftButton);
 }
 
+// Text2 .. Text<last>.
 inline QStringList boxTexts(QWidget &w, int last)
 {
     QStringList texts;

@@ -32,7 +32,7 @@ protected:
     }
     void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
 
-    template <typename T>
+    template <typename T = QWidget>
     T *child(DataSet &w, const char *name)
     {
         T *c = w.findChild<T *>(QLatin1String(name));
@@ -41,9 +41,12 @@ protected:
     }
     QLineEdit *text(DataSet &w, const char *name) { return child<QLineEdit>(w, name); }
     QComboBox *combo(DataSet &w) { return child<QComboBox>(w, "Combo1"); }
-    QStringList texts(DataSet &w)
+    QStringList texts(DataSet &w) { return {text(w, "Text1")->text(), text(w, "Text2")->text(), text(w, "Text3")->text()}; }
+    void accept(DataSet &w, int source, const QString &path)
     {
-        return {text(w, "Text1")->text(), text(w, "Text2")->text(), text(w, "Text3")->text()};
+        combo(w)->setCurrentIndex(source);
+        text(w, "Text1")->setText(path);
+        QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
     }
 
     QByteArray fileBytes() const
@@ -57,11 +60,10 @@ protected:
         f.open(QIODevice::WriteOnly | QIODevice::Truncate);
         f.write(bytes);
     }
-    QString makeDirs(const QStringList &dirs) const
+    QString makeDir(const QString &dir) const
     {
-        for (const QString &d : dirs)
-            QDir().mkpath(folder.path() + u'/' + d);
-        return folder.path();
+        QDir().mkpath(folder.path() + u'/' + dir);
+        return folder.path() + u'/' + dir;
     }
 
     TestFolder folder{false};
@@ -69,24 +71,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(DataSetTest, CaptionsAndSources)
-{
-    DataSet w;
-    const struct {
-        const char *name;
-        const char *text;
-    } captions[] = {{"Label1", "数据格式："}, {"Label2", "数据路径："}, {"Label3", "上海路径"}, {"Label4", "深圳路径"},
-                    {"Command1", "确定"},     {"Command2", "取消"}};
-    EXPECT_EQ(w.windowTitle(), QStringLiteral("数据路径"));
-    for (const auto &c : captions)
-        EXPECT_EQ(child<QWidget>(w, c.name)->property("text").toString(), QString::fromUtf8(c.text)) << c.name;
-    w.show();
-    QStringList items;
-    for (int i = 0; i < combo(w)->count(); ++i)
-        items << combo(w)->itemText(i);
-    EXPECT_EQ(items, (QStringList{"钱龙", "胜龙", "分析家", "Csv Text", "GET Text", "MetaStock Text", "Time Trader Text"}));
-}
 
 TEST_F(DataSetTest, NoFileShowsQianlongButLeavesPathEmpty)
 {
@@ -99,12 +83,18 @@ TEST_F(DataSetTest, NoFileShowsQianlongButLeavesPathEmpty)
     EXPECT_FALSE(w.isVisible());
 }
 
-TEST_F(DataSetTest, SelectingSourcesSetsPathsAndHints)
+TEST_F(DataSetTest, SourcesPathsAndHints)
 {
     DataSet w;
     w.show();
-    const QString csv = QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT");
+    EXPECT_EQ(w.windowTitle(), QStringLiteral("数据路径"));
+    QStringList items;
+    for (int i = 0; i < combo(w)->count(); ++i)
+        items << combo(w)->itemText(i);
+    EXPECT_EQ(items, (QStringList{"钱龙", "胜龙", "分析家", "Csv Text", "GET Text", "MetaStock Text", "Time Trader Text"}));
+
     // Index, Text1 .. Text3 (empty: not checked), hint. 钱龙 keeps the last hint.
+    const QString csv = QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT");
     const struct {
         int index;
         QStringList texts;
@@ -119,8 +109,9 @@ TEST_F(DataSetTest, SelectingSourcesSetsPathsAndHints)
     };
     for (const auto &c : cases) {
         combo(w)->setCurrentIndex(c.index);
-        if (!c.texts.isEmpty())
+        if (!c.texts.isEmpty()) {
             EXPECT_EQ(texts(w), c.texts) << c.index;
+        }
         EXPECT_EQ(child<QLabel>(w, "Label5")->text(), c.hint) << c.index;
     }
 
@@ -138,67 +129,45 @@ TEST_F(DataSetTest, SelectingSourcesSetsPathsAndHints)
 
 TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)
 {
-    const QString root = makeDirs({QStringLiteral("ml/DATA/SHASE")});
+    const QString ml = makeDir(QStringLiteral("ml/DATA/SHASE")).chopped(11);
     DataSet w;
     w.show();
-    combo(w)->setCurrentIndex(0);
-    text(w, "Text1")->setText(root + QStringLiteral("/ml"));
-    QPushButton *ok = child<QPushButton>(w, "Command1");
-    QTest::mouseClick(ok, Qt::LeftButton);
+    accept(w, 0, ml);
     EXPECT_EQ(messages, QStringList{QStringLiteral("深圳目录错误")});
+    accept(w, 0, ml + QStringLiteral("x"));
+    EXPECT_EQ(messages, (QStringList{"深圳目录错误", "上海目录错误", "深圳目录错误"}));
     EXPECT_TRUE(w.isVisible());
+    // Other sources test Text1 only; 取消 closes without saving.
+    messages.clear();
+    accept(w, 3, ml + QStringLiteral("x"));
+    EXPECT_EQ(messages, QStringList{QStringLiteral("没有这个目录")});
+    QTest::mouseClick(child<QPushButton>(w, "Command2"), Qt::LeftButton);
+    EXPECT_FALSE(w.isVisible());
     EXPECT_EQ(fileBytes(), QByteArray("<none>"));
 
-    messages.clear();
-    text(w, "Text1")->setText(root + QStringLiteral("/missing"));
-    QTest::mouseClick(ok, Qt::LeftButton);
-    EXPECT_EQ(messages, (QStringList{QStringLiteral("上海目录错误"), QStringLiteral("深圳目录错误")}));
-
     // The directory test resolves letter case: DATA/sznse is found as DATA/SZNSE.
+    makeDir(QStringLiteral("ml/DATA/sznse"));
+    DataSet ok;
+    ok.show();
     messages.clear();
-    makeDirs({QStringLiteral("ml/DATA/sznse")});
-    text(w, "Text1")->setText(root + QStringLiteral("/ml"));
-    QTest::mouseClick(ok, Qt::LeftButton);
+    accept(ok, 0, ml);
     EXPECT_TRUE(messages.isEmpty());
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(fileBytes(), " 0 \r\n" + (root + QStringLiteral("/ml")).toLocal8Bit() + "\r\n");
-    EXPECT_EQ(DataPath(), root + QStringLiteral("/ml"));
-    EXPECT_EQ(DataFormat(), 0);
+    EXPECT_FALSE(ok.isVisible());
+    EXPECT_EQ(fileBytes(), " 0 \r\n" + ml.toLocal8Bit() + "\r\n");
+    EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(ml, int16_t(0)));
 
-    // Other sources test Text1 only.
-    DataSet other;
-    other.show();
-    combo(other)->setCurrentIndex(3);
-    text(other, "Text1")->setText(root + QStringLiteral("/nowhere"));
-    QTest::mouseClick(child<QPushButton>(other, "Command1"), Qt::LeftButton);
-    EXPECT_EQ(messages, QStringList{QStringLiteral("没有这个目录")});
-    // Cancel closes without saving.
-    QTest::mouseClick(child<QPushButton>(other, "Command2"), Qt::LeftButton);
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_EQ(DataFormat(), 0);
-
-    DataSet again;
-    again.GetDateSet();
-    EXPECT_EQ(combo(again)->currentIndex(), 0);
-    EXPECT_EQ(text(again, "Text1")->text(), root + QStringLiteral("/ml"));
-}
-
-TEST_F(DataSetTest, ChineseDirectoryWithCommaIsSavedWholeAndReadToTheComma)
-{
-    const QString root = makeDirs({QStringLiteral("数据,二")});
-    DataSet w;
-    w.show();
-    combo(w)->setCurrentIndex(2);
-    text(w, "Text1")->setText(root + QStringLiteral("/数据,二"));
-    QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
-    EXPECT_EQ(fileBytes(), " 2 \r\n" + base::toGbk(root + QStringLiteral("/数据,二")) + "\r\n");
-    EXPECT_EQ(DataPath(), root + QStringLiteral("/数据,二"));
-
+    // A Chinese folder name with a comma is saved whole, in GBK, and read
+    // back up to the comma.
+    const QString comma = makeDir(QStringLiteral("数据,二"));
+    DataSet chinese;
+    chinese.show();
+    accept(chinese, 2, comma);
+    EXPECT_EQ(fileBytes(), " 2 \r\n" + base::toGbk(comma) + "\r\n");
+    EXPECT_EQ(DataPath(), comma);
     DataSet back;
     back.GetDateSet();
-    EXPECT_EQ(DataPath(), root + QStringLiteral("/数据"));
-    EXPECT_EQ(DataFormat(), 2);
-    EXPECT_EQ(text(back, "Text1")->text(), root + QStringLiteral("/数据"));
+    EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(comma.chopped(2), int16_t(2)));
+    EXPECT_EQ(text(back, "Text1")->text(), comma.chopped(2));
 }
 
 TEST_F(DataSetTest, DamagedFilesAreReadStepByStep)
@@ -233,20 +202,18 @@ TEST_F(DataSetTest, DamagedFilesAreReadStepByStep)
 
 TEST_F(DataSetTest, DirectoryListSetsText1)
 {
-    const QString root = makeDirs({QStringLiteral("pick/sub")});
+    const QString sub = makeDir(QStringLiteral("pick/sub"));
     DataSet w;
     w.show();
     combo(w)->setCurrentIndex(3);
-    auto *dir = w.findChild<DirList *>(QStringLiteral("Dir1"));
-    ASSERT_NE(dir, nullptr);
-    dir->setPath(root + QStringLiteral("/pick"));
-    EXPECT_EQ(text(w, "Text1")->text(), root + QStringLiteral("/pick"));
-    // Opening a folder in the list follows it.
+    auto *dir = child<DirList>(w, "Dir1");
+    dir->setPath(sub.chopped(4));
+    EXPECT_EQ(text(w, "Text1")->text(), sub.chopped(4));
+    // Opening a folder in the list follows it; ".." goes back.
     const auto items = dir->findItems(QStringLiteral("sub"), Qt::MatchExactly);
     ASSERT_EQ(items.size(), 1);
     emit dir->itemActivated(items[0]);
-    EXPECT_EQ(text(w, "Text1")->text(), root + QStringLiteral("/pick/sub"));
-    EXPECT_EQ(text(w, "Text3")->text(), root + QStringLiteral("/pick/sub"));
-    emit dir->itemActivated(dir->item(0)); // ".."
-    EXPECT_EQ(text(w, "Text1")->text(), root + QStringLiteral("/pick"));
+    EXPECT_EQ(texts(w), QStringList(3, sub));
+    emit dir->itemActivated(dir->item(0));
+    EXPECT_EQ(text(w, "Text1")->text(), sub.chopped(4));
 }

@@ -23,35 +23,31 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
         {"data/sznse/month/000003.mnt", "000003", 3}, {"data/shase/min/600002.nmn", "600002", 4},
         {"data/shase/day/800001.day", "800001", 1},  {"data/sznse/day/180001.day", "180001", 1},
     };
-    // Each file holds one bar whose date tells the files apart.
-    int32_t date = 20240101;
-    for (const auto &c : cases)
-        d.write(QLatin1String(c.file), qlRec(date++, 1, 2, 0.5, 1.5));
-    date = 20240101;
-    for (const auto &c : cases) {
+    // Each file holds one bar whose date tells the files apart. Weekly and
+    // monthly reads look for the daily file too; none here.
+    for (int i = 0; i < int(std::size(cases)); ++i)
+        d.write(QLatin1String(cases[i].file), qlRec(20240101 + i, 1, 2, 0.5, 1.5));
+    for (int i = 0; i < int(std::size(cases)); ++i) {
         BarArray bars;
-        // Weekly and monthly reads look for the daily file too; none here.
-        EXPECT_EQ(readBars(ReadQianlong, d.path(), QLatin1String(c.code), c.period, bars).count, 1) << c.code;
-        EXPECT_EQ(bars[1].Date, date++) << c.code;
-    }
-    for (const char *none : {"700000", "1a0001", "60000", "6000000"}) {
-        BarArray bars;
-        EXPECT_TRUE(readBars(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
+        EXPECT_EQ(readBars(ReadQianlong, d.path(), QLatin1String(cases[i].code), cases[i].period, bars).count, 1);
+        EXPECT_EQ(bars[1].Date, 20240101 + i) << cases[i].code;
     }
     BarArray bars;
+    for (const char *none : {"700000", "1a0001", "60000", "6000000"})
+        EXPECT_TRUE(readBars(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
     EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 5, bars).untouched());
     // Names in another letter case are found.
     d.write(QStringLiteral("ML30/DATA/SHASE/DAY/600000.DAY"), qlRec(20240102, 1, 2, 0.5, 1.5));
     EXPECT_EQ(readBars(ReadQianlong, d.path() + QStringLiteral("/ml30"), QStringLiteral("600000"), 1, bars).count, 1);
 }
 
-TEST(QianlongReader, RecordFieldsExtremesAndRange)
+TEST(QianlongReader, RecordFieldsExtremesRangeAndHalfRecords)
 {
     DataFolder d;
-    d.write(QStringLiteral("data/shase/day/600000.day"),
-            qlRec(20240102, 10.5, 11.2, 10.1, 10.8, 123456, 7890)
-                + qlRec(20240103, 10.8, 11.5, 10.1, 11.0, 1, 2)   // same low: the earlier date stays
-                + qlRec(20240104, 11.0, 11.5, 10.9, 11.1, 3, 4)); // same high: the earlier date stays
+    const QByteArray three = qlRec(20240102, 10.5, 11.2, 10.1, 10.8, 123456, 7890)
+        + qlRec(20240103, 10.8, 11.5, 10.1, 11.0, 1, 2)  // same low: the earlier date stays
+        + qlRec(20240104, 11.0, 11.5, 10.9, 11.1, 3, 4); // same high: the earlier date stays
+    d.write(QStringLiteral("data/shase/day/600000.day"), three);
     BarArray bars;
     const Out r = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars);
     ASSERT_EQ(r.count, 3);
@@ -61,37 +57,25 @@ TEST(QianlongReader, RecordFieldsExtremesAndRange)
     EXPECT_EQ(std::make_pair(r.maxHigh, r.maxHighDate), std::make_pair(11.5f, 20240103));
 
     // Inclusive date range; 0 means no limit on that side.
-    BarArray ranged;
-    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 20240103).count, 1);
-    EXPECT_EQ(ranged[1].Date, 20240103);
-    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20240103, 0).count, 2);
-    const Out none = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, ranged, 20250101, 0);
-    EXPECT_EQ(none.count, 0);
-    EXPECT_EQ(none.minLow, 100000.0f);
-    EXPECT_EQ(none.maxHigh, 0.0f);
-    EXPECT_EQ(none.minLowDate + none.maxHighDate, 0);
-}
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 20240103).count, 1);
+    EXPECT_EQ(bars[1].Date, 20240103);
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 0).count, 2);
+    const Out none = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20250101, 0);
+    EXPECT_EQ(std::make_tuple(none.count, none.minLow, none.maxHigh, none.minLowDate + none.maxHighDate),
+              std::make_tuple(int16_t(0), 100000.0f, 0.0f, 0));
 
-TEST(QianlongReader, RecordCountRoundsHalfToEven)
-{
-    DataFolder d;
-    const QByteArray one = qlRec(20240102, 1, 2, 0.5, 1.5, 7, 8);
-    const QByteArray part = qlRec(20240103, 3, 4, 2, 3.5, 9, 9).left(20);
-    // 20 bytes: 0.5 -> 0 records, nothing written; 60: 1.5 -> 2, the second
-    // padded with zeros; 100: 2.5 -> 2; 140: 3.5 -> 4.
-    const struct {
-        QByteArray bytes;
-        int count;
-    } cases[] = {{part, -7}, {one + part, 2}, {one + one + part, 2}, {one + one + one + part, 4}};
-    for (const auto &c : cases) {
-        d.write(QStringLiteral("data/shase/day/600000.day"), c.bytes);
-        BarArray bars;
-        EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, c.count) << c.bytes.size();
-        if (c.bytes.size() == 60)
-            EXPECT_EQ(bars[2], (StockBar{20240103, 3, 3.5, 4, 2, 0, 0}));
-        if (c.bytes.size() == 100)
-            EXPECT_EQ(bars[3], StockBar{});
-    }
+    // The record count is the file size / 40 rounded half to even; a
+    // partial last record reads as if padded with zeros.
+    const QByteArray part = qlRec(20240105, 3, 4, 2, 3.5, 9, 9).left(20);
+    d.write(QStringLiteral("data/shase/day/600000.day"), part); // 0.5 -> 0: nothing written
+    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).untouched());
+    d.write(QStringLiteral("data/shase/day/600000.day"), three.left(40) + part); // 1.5 -> 2
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 2);
+    EXPECT_EQ(bars[2], (StockBar{20240105, 3, 3.5, 4, 2, 0, 0}));
+    d.write(QStringLiteral("data/shase/day/600000.day"), three.left(80) + part); // 2.5 -> 2
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 2);
+    d.write(QStringLiteral("data/shase/day/600000.day"), three + part); // 3.5 -> 4
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 4);
 }
 
 TEST(QianlongReader, RealRecordsOfShenzhenComposite)
@@ -103,10 +87,9 @@ TEST(QianlongReader, RealRecordsOfShenzhenComposite)
     BarArray bars;
     const Out r = readBars(ReadQianlong, d.path(), QStringLiteral("000001"), 1, bars);
     ASSERT_EQ(r.count, 2);
-    EXPECT_EQ(bars[1].Date, 19910102);
+    EXPECT_EQ(std::make_tuple(bars[1].Date, bars[1].Amount, bars[1].Volume), std::make_tuple(19910102, 3974.0f, 589.0f));
     EXPECT_FLOAT_EQ(bars[1].Open, 67.41f);
     EXPECT_FLOAT_EQ(bars[1].Close, 67.41f);
-    EXPECT_EQ(std::make_pair(bars[1].Amount, bars[1].Volume), std::make_pair(3974.0f, 589.0f));
     EXPECT_EQ(bars[2].Date, 19910103);
     EXPECT_FLOAT_EQ(bars[2].Close, 66.4f);
     EXPECT_EQ(std::make_pair(r.maxHighDate, r.minLowDate), std::make_pair(19910102, 19910103));
@@ -123,11 +106,11 @@ TEST(QianlongReader, RealBarsReencodedInBothLayoutsComeBackUnchanged)
     for (int i = 0; i < 175; ++i) {
         const char *p = src.constData() + 32 * i;
         auto i32 = [&](int at) { return qFromLittleEndian<int32_t>(p + at); };
+        auto price = [&](int at) { return static_cast<float>(i32(at) * 10 / 1000.0); };
         const int32_t amount = static_cast<int32_t>(qFromLittleEndian<float>(p + 20));
         // x100 -> x1000
         ql += rec40(i32(0), i32(4) * 10, i32(8) * 10, i32(12) * 10, i32(16) * 10, amount, i32(24));
         sl += rec40(i32(0), i32(4) * 10, i32(16) * 10, i32(8) * 10, i32(12) * 10, amount, i32(24));
-        auto price = [&](int at) { return static_cast<float>(i32(at) * 10 / 1000.0); };
         expected.push_back({i32(0), price(4), price(16), price(8), price(12), float(i32(24)), float(amount)});
     }
     ASSERT_EQ(expected.front().Date / 10000, 2015); // a sanity check of the source layout
@@ -160,39 +143,31 @@ TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)
     const Out w = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, week);
     ASSERT_EQ(w.count, 3);
     EXPECT_EQ(week[3], (StockBar{20240117, 12.1f, 13.1f, 14.0f, 8.5f, 12, 120}));
-    EXPECT_EQ(std::make_pair(w.minLow, w.minLowDate), std::make_pair(8.5f, 20240117));
-    EXPECT_EQ(std::make_pair(w.maxHigh, w.maxHighDate), std::make_pair(14.0f, 20240117));
+    EXPECT_EQ(std::make_tuple(w.minLow, w.minLowDate, w.maxHigh, w.maxHighDate),
+              std::make_tuple(8.5f, 20240117, 14.0f, 20240117));
 
     // No newer day: the fields of bar count + 1 are still written, the count stays.
     d.write(QStringLiteral("data/shase/day/600000.day"), known);
-    BarArray same;
-    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, same).count, 2);
-    EXPECT_EQ(same[3].Date, 20240112);
-    EXPECT_EQ(std::make_pair(same[3].High, same[3].Low), std::make_pair(-100000.0f, 100000.0f));
-    setDataPath(QString());
-}
+    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, week).count, 2);
+    EXPECT_EQ(std::make_tuple(week[3].Date, week[3].High, week[3].Low), std::make_tuple(20240112, -100000.0f, 100000.0f));
 
-TEST(QianlongReader, BuildCurrentBarReadsQianlongDailyFilesForBothSources)
-{
-    DataFolder d;
-    setDataPath(d.path());
+    // The running bar comes from the 钱龙 daily file for both 钱龙 and 胜龙,
+    // never for other sources; "80" codes are none of the index codes here.
     d.write(QStringLiteral("data/shase/day/000001.day"), qlRec(20240115, 2900, 2950, 2890, 2940, 5, 6));
     d.write(QStringLiteral("data/shase/day/1A0001.day"), qlRec(20240115, 1, 1, 1, 7, 5, 6));
     d.write(QStringLiteral("data/shase/day/800001.day"), qlRec(20240115, 1, 1, 1, 7, 5, 6));
     const struct {
         const char *code, *source;
-        int32_t date;
-        float close;
-    } cases[] = {{"1A0001", "钱龙", 20240115, 2940}, {"1A0001", "胜龙", 20240115, 7},
-                 {"800001", "钱龙", -1, -1} /* no "80" codes here */, {"1A0001", "分析家", -1, -1}};
+        float close; // -1: nothing found
+    } cases[] = {{"1A0001", "钱龙", 2940}, {"1A0001", "胜龙", 7}, {"800001", "钱龙", -1}, {"1A0001", "分析家", -1}};
     for (const auto &c : cases) {
         int32_t date = -1;
         float o = -1, close = -1, h = -1, l = -1, v = -1, a = -1;
         bool found = false;
         BuildCurrentBar(20240112, 2, QLatin1String(c.code), QString::fromUtf8(c.source), date, o, close, h, l, v, a,
                         found);
-        EXPECT_EQ(std::make_pair(date, close), std::make_pair(c.date, c.close)) << c.code << c.source;
-        EXPECT_EQ(found, c.date != -1) << c.code << c.source;
+        EXPECT_EQ(std::make_tuple(found, date, close), std::make_tuple(c.close != -1, c.close != -1 ? 20240115 : -1, c.close))
+            << c.code << c.source;
     }
     setDataPath(QString());
 }
@@ -227,18 +202,16 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     d.write(QStringLiteral("data/sh/day/1A0001.day"), rec40(20240103, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sz/min/0001.min"), rec40(20240104, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/800000.day"), rec40(20240105, 1, 2, 3, 4, 5, 6));
+    d.write(QStringLiteral("data/sh/day/600001.day"), rec40(20240102, INT32_MIN, 0, 0, 0, 0, 0));
     BarArray bars;
     ASSERT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars).count, 1);
     EXPECT_EQ(bars[1], (StockBar{20240102, 10.0f, 12.5f, 13.0f, 9.0f, 66, 55}));
     // The range test uses the absolute date too.
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars, 20240102, 20240102).count, 1);
-
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("1A0001"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20240103);
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("0001"), 4, bars).count, 1);
     EXPECT_TRUE(readBars(ReadShenglong, d.path(), QStringLiteral("800000"), 1, bars).untouched());
-
-    d.write(QStringLiteral("data/sh/day/600001.day"), rec40(20240102, INT32_MIN, 0, 0, 0, 0, 0));
     EXPECT_EQ(errorOf([&] { readBars(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars); }),
               base::ErrOverflow);
 }

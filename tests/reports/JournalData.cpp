@@ -54,21 +54,6 @@ int count(const QString &table)
     return n;
 }
 
-bool hasTrade(const QString &code, const QDate &date, double shares)
-{
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select 成交日期, 成交股数 from havewhat where 股票代码='")
-                                           + code + u'\'');
-    bool found = false;
-    while (!rs.EOF_()) {
-        if (rs.field(0).toDate() == date && rs.field(1).toDouble() == shares)
-            found = true;
-        rs.MoveNext();
-    }
-    db.close();
-    return found;
-}
-
 SharedFolder::SharedFolder()
 {
     const QByteArray inherited = qgetenv(kFolderVariable);

@@ -5,7 +5,14 @@
 #include <QDate>
 #include <QString>
 
+#include <QStringList>
+
 #include <memory>
+#include <ostream>
+
+// Readable texts in failure messages.
+inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
+inline void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
 
 class TestFolder;
 
@@ -26,9 +33,8 @@ struct Trade {
 void addTrades(std::initializer_list<Trade> trades);
 void addCash(const QString &user, const QDate &date, double amount, const QString &reason, bool deposit);
 
+// Rows of a table, optionally followed by a where clause.
 int count(const QString &table);
-// Whether havewhat holds a trade of `code` on `date` with `shares`.
-bool hasTrade(const QString &code, const QDate &date, double shares);
 
 // The program folder of a test whose ending is checked in a child process.
 // The child re-runs the test from its start; it finds the parent's folder

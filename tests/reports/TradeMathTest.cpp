@@ -21,48 +21,49 @@ int errorOf(const std::function<void()> &f)
 
 } // namespace
 
-TEST(TradeFee, MinimumChosenByTheFirstTwoCharacters)
+TEST(TradeFee, MinimumsByCodeAndRounding)
 {
-    // 100 shares at 5.00 with 0.35 %: raw fee 1.75.
-    const float minShenzhen = 8, minShanghai = 10;
-    TradeFee f = tradeFee(5.00, 100, 0.35f, QStringLiteral("600000"), minShenzhen, minShanghai);
-    EXPECT_TRUE(f.shown);
-    EXPECT_EQ(f.fee, 10.0f);
-    EXPECT_DOUBLE_EQ(tradeAmount(5.00, 100, f.fee, true), -510);
-
-    for (const char *code : {"000001", "400002", "00", "40"}) {
-        f = tradeFee(5.00, 100, 0.35f, QString::fromLatin1(code), minShenzhen, minShanghai);
-        EXPECT_TRUE(f.shown) << code;
-        EXPECT_EQ(f.fee, 8.0f) << code;
+    // Minimums: 8 for "00"/"40" codes, 10 for "60" codes (the test is on the
+    // text: "6" alone or a blank in front is no class); other codes show no
+    // fee, but the amount still carries the raw fee. p x q x t is rounded half
+    // to even before the division by 100; the minimum applies up to and
+    // including its value.
+    const struct {
+        double price, shares;
+        float rate;
+        const char *code;
+        float minShenzhen, minShanghai;
+        bool shown;
+        float fee;
+        bool buy;
+        double amount;
+    } cases[] = {
+        {5, 100, 0.35f, "600000", 8, 10, true, 10, true, -510},
+        {5, 100, 0.35f, "000001", 8, 10, true, 8, true, -508},
+        {5, 100, 0.35f, "400002", 8, 10, true, 8, false, 508},
+        {5, 100, 0.35f, "00", 8, 10, true, 8, true, -508},
+        {5, 100, 0.35f, "40", 8, 10, true, 8, true, -508},
+        {5, 100, 0.35f, "200001", 8, 10, false, 1.75f, false, 501.75},
+        {5, 100, 0.35f, "900901", 8, 10, false, 1.75f, true, -501.75},
+        {5, 100, 0.35f, "184801", 8, 10, false, 1.75f, false, 501.75},
+        {5, 100, 0.35f, "500001", 8, 10, false, 1.75f, false, 501.75},
+        {5, 100, 0.35f, "6", 8, 10, false, 1.75f, false, 501.75},
+        {5, 100, 0.35f, " 600000", 8, 10, false, 1.75f, false, 501.75},
+        {5, 100, 0.35f, "", 8, 10, false, 1.75f, false, 501.75},
+        {10, 1000, 0.35f, "600036", 5, 35, true, 35, false, 10035},
+        {10, 1000, 0.35f, "600036", 99, 34.99f, true, 35, true, -10035},
+        {10, 1000, 0.35f, "600036", 0, 35.01f, true, 35.01f, true, -10035.01},
+        {0.5, 1, 1, "900001", 0, 0, false, 0, true, -0.5},     // 0.5 -> 0
+        {1.5, 1, 1, "900001", 0, 0, false, 0.02f, true, -1.52}, // 1.5 -> 2
+        {2.5, 1, 1, "900001", 0, 0, false, 0.02f, true, -2.52}, // 2.5 -> 2
+        {12.34, 1000, 0.35f, "000002", 5, 5, true, 43.19f, true, -12383.19},
+    };
+    for (const auto &c : cases) {
+        const TradeFee f = tradeFee(c.price, c.shares, c.rate, QString::fromLatin1(c.code), c.minShenzhen, c.minShanghai);
+        EXPECT_EQ(f.shown, c.shown) << c.code << ' ' << c.price;
+        EXPECT_EQ(f.fee, c.fee) << c.code << ' ' << c.price;
+        EXPECT_DOUBLE_EQ(tradeAmount(c.price, c.shares, f.fee, c.buy), c.amount) << c.code << ' ' << c.price;
     }
-    // The test is on the text: "6" alone or a blank in front is no class.
-    for (const char *code : {"200001", "900901", "184801", "500001", "6", " 600000", ""}) {
-        f = tradeFee(5.00, 100, 0.35f, QString::fromLatin1(code), minShenzhen, minShanghai);
-        EXPECT_FALSE(f.shown) << code;
-        EXPECT_EQ(f.fee, 1.75f) << code;
-        // The amount still carries the raw fee.
-        EXPECT_DOUBLE_EQ(tradeAmount(5.00, 100, f.fee, false), 501.75) << code;
-    }
-}
-
-TEST(TradeFee, MinimumAppliesUpToAndIncludingItsValue)
-{
-    // 10.00 x 1000 x 0.35 = 35.
-    EXPECT_EQ(tradeFee(10.00, 1000, 0.35f, QStringLiteral("600036"), 5, 35).fee, 35.0f);
-    EXPECT_EQ(tradeFee(10.00, 1000, 0.35f, QStringLiteral("600036"), 99, 34.99f).fee, 35.0f);
-    EXPECT_EQ(tradeFee(10.00, 1000, 0.35f, QStringLiteral("600036"), 0, 35.01f).fee, 35.01f);
-    // A sale adds the fee as a purchase does, with the other sign.
-    EXPECT_DOUBLE_EQ(tradeAmount(10.00, 1000, 35, false), 10035);
-    EXPECT_DOUBLE_EQ(tradeAmount(10.00, 1000, 35, true), -10035);
-}
-
-TEST(TradeFee, RoundingOfFeeAndAmount)
-{
-    // p x q x t rounded half to even before the division by 100.
-    EXPECT_EQ(tradeFee(0.5, 1, 1, QStringLiteral("900001"), 0, 0).fee, 0.0f);   // 0.5 -> 0
-    EXPECT_EQ(tradeFee(1.5, 1, 1, QStringLiteral("900001"), 0, 0).fee, 0.02f);  // 1.5 -> 2
-    EXPECT_EQ(tradeFee(2.5, 1, 1, QStringLiteral("900001"), 0, 0).fee, 0.02f);  // 2.5 -> 2
-    EXPECT_EQ(tradeFee(12.34, 1000, 0.35f, QStringLiteral("000002"), 5, 5).fee, 43.19f);
     // The amount keeps whole hundredths.
     EXPECT_DOUBLE_EQ(tradeAmount(10.0005, 1000, 35, true), -10035.5);
     EXPECT_DOUBLE_EQ(tradeAmount(3.333, 3, 0, false), 10);
@@ -84,23 +85,15 @@ TEST(ProfitRow, SaleAgainstTheAveragePurchaseCost)
 {
     // Bought 1000 at 10.00 (rate 0.5): 10050; sold 400 at 12.00 (rate 0.5): 4776.
     ProfitRow row = profitRow(4776.0, 400.0, 10050.0, 1000.0);
-    EXPECT_EQ(row.averagePrice, QStringLiteral("11.94"));
-    EXPECT_EQ(row.sharesSold, QStringLiteral("400"));
-    EXPECT_EQ(row.proceeds, 4776);
-    EXPECT_EQ(row.cost, 4020);
-    EXPECT_EQ(row.profit, 756);
-
+    EXPECT_EQ(QStringList({row.averagePrice, row.sharesSold}), QStringList({"11.94", "400"}));
+    EXPECT_EQ(std::vector<int>({row.proceeds, row.cost, row.profit}), std::vector<int>({4776, 4020, 756}));
     // Never bought: the proceeds are all profit.
     row = profitRow(4776.0, 400.0, QVariant(), QVariant());
-    EXPECT_EQ(row.cost, 0);
-    EXPECT_EQ(row.profit, 4776);
-
+    EXPECT_EQ(std::make_pair(int(row.cost), int(row.profit)), std::make_pair(0, 4776));
     // A loss; the price uses the unrounded proceeds (3.3347), P and K are rounded.
     row = profitRow(1000.4, 300.0, 2000.0, 500.0);
     EXPECT_EQ(row.averagePrice, QStringLiteral("3.33"));
-    EXPECT_EQ(row.proceeds, 1000);
-    EXPECT_EQ(row.cost, 1200);
-    EXPECT_EQ(row.profit, -200);
+    EXPECT_EQ(std::vector<int>({row.proceeds, row.cost, row.profit}), std::vector<int>({1000, 1200, -200}));
     EXPECT_EQ(profitRow(1000.5, 300.0, QVariant(), QVariant()).proceeds, 1000);
     EXPECT_EQ(profitRow(1001.5, 300.0, QVariant(), QVariant()).proceeds, 1002);
 }

@@ -19,31 +19,24 @@ class RecordsetTest : public ::testing::Test {
 protected:
     void SetUp() override { db = openUserDatabase(); }
 
-    // Appends a cash row the way the entry windows do: by position.
-    void addCash(const QString &user, const QDate &date, const QVariant &amount, const QVariant &reason,
-                 const QString &kind)
+    // Appends a row the way the windows do: by position.
+    void add(const QString &table, const QVariantList &values)
     {
-        Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
+        Recordset rs = db.openRecordset(QStringLiteral("select * from ") + table);
         rs.AddNew();
-        rs.setField(0, user);
-        rs.setField(1, date);
-        rs.setField(2, amount);
-        rs.setField(3, reason);
-        rs.setField(4, kind);
-        rs.Update();
-    }
-
-    void addTrade(const QString &user, const QString &code, double price, double shares, float rate,
-                  const QString &op)
-    {
-        Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-        rs.AddNew();
-        const QVariantList values{user, code, QStringLiteral("股票"), QDate(2024, 1, 5), price, shares, rate, op, op};
         for (int i = 0; i < values.size(); ++i)
             rs.setField(i, values[i]);
         rs.Update();
     }
-
+    void addCash(const QDate &date, const QVariant &amount, const QVariant &reason = QString())
+    {
+        add(QStringLiteral("资金表"), {QStringLiteral("ALICE"), date, amount, reason, QStringLiteral("存入")});
+    }
+    void addTrade(const QString &user, double price, double shares, float rate, const QString &op)
+    {
+        add(QStringLiteral("havewhat"),
+            {user, QStringLiteral("600000"), QStringLiteral("股票"), QDate(2024, 1, 5), price, shares, rate, op, op});
+    }
     int count(const QString &sql) { return scalar(db, sql).toInt(); }
 
     TestFolder folder;
@@ -55,37 +48,33 @@ protected:
 TEST_F(RecordsetTest, NavigatesTheSnapshot)
 {
     for (int i = 1; i <= 3; ++i)
-        addCash(QStringLiteral("ALICE"), QDate(2024, 1, i), i * 100.0, QString(), QStringLiteral("存入"));
+        addCash(QDate(2024, 1, i), i * 100.0);
     Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 where userid='ALICE' order by 操作日期"));
-    EXPECT_FALSE(rs.BOF());
-    EXPECT_FALSE(rs.EOF_());
+    EXPECT_FALSE(rs.BOF() || rs.EOF_());
     EXPECT_EQ(rs.RecordCount(), 3);
     EXPECT_EQ(rs.fieldCount(), 5);
     EXPECT_EQ(rs.fieldName(2), QStringLiteral("资金数量"));
-    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
-
+    const auto amount = [&] { return rs.field(2).toInt(); };
+    EXPECT_EQ(amount(), 100);
     rs.MoveNext();
     rs.MoveNext();
-    EXPECT_EQ(rs.field(2).toDouble(), 300.0);
+    EXPECT_EQ(amount(), 300);
     rs.MoveNext();
-    EXPECT_TRUE(rs.EOF_());
-    EXPECT_FALSE(rs.BOF());
+    EXPECT_TRUE(rs.EOF_() && !rs.BOF());
     EXPECT_EQ(errorOf([&] { rs.field(0); }), ErrNoCurrentRecord);
     EXPECT_EQ(errorOf([&] { rs.MoveNext(); }), ErrNoCurrentRecord);
-
     rs.MoveLast();
-    EXPECT_EQ(rs.field(2).toDouble(), 300.0);
     rs.Move(-2);
-    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
+    EXPECT_EQ(amount(), 100);
     rs.MovePrevious();
     EXPECT_TRUE(rs.BOF());
     EXPECT_EQ(errorOf([&] { rs.MovePrevious(); }), ErrNoCurrentRecord);
     rs.Move(2); // from before the first row
-    EXPECT_EQ(rs.field(2).toDouble(), 200.0);
+    EXPECT_EQ(amount(), 200);
     rs.Move(5);
     EXPECT_TRUE(rs.EOF_());
     rs.MoveFirst();
-    EXPECT_EQ(rs.field(2).toDouble(), 100.0);
+    EXPECT_EQ(amount(), 100);
     EXPECT_EQ(errorOf([&] { rs.field(5); }), ErrItemNotFound);
     EXPECT_EQ(errorOf([&] { rs.fieldName(-1); }), ErrItemNotFound);
 
@@ -94,20 +83,17 @@ TEST_F(RecordsetTest, NavigatesTheSnapshot)
     EXPECT_EQ(none.RecordCount(), 0);
     EXPECT_EQ(errorOf([&] { none.MoveFirst(); }), ErrNoCurrentRecord);
     EXPECT_EQ(errorOf([&] { none.MoveLast(); }), ErrNoCurrentRecord);
-    EXPECT_EQ(errorOf([&] { none.field(0); }), ErrNoCurrentRecord);
 }
 
-TEST_F(RecordsetTest, AddNewStoresAssignedColumnsAndDefaultsTheRest)
+TEST_F(RecordsetTest, AddNewAndEditStoreTheCurrentRowOnly)
 {
     Recordset rs = db.openRecordset(QStringLiteral("select * from user where username='Bob'"));
     ASSERT_TRUE(rs.BOF() && rs.EOF_());
     rs.AddNew();
     rs.setField(1, QStringLiteral("Bob"));
     rs.setField(2, QStringLiteral("it's"));
-    rs.setField(3, QStringLiteral("user"));
     EXPECT_EQ(rs.field(1).toString(), QStringLiteral("Bob")); // the row being added
     rs.Update();
-
     Recordset back = db.openRecordset(QStringLiteral("select * from user where username='bob'"));
     ASSERT_EQ(back.RecordCount(), 1);
     EXPECT_EQ(back.field(0).toInt(), 2); // numbered by the engine
@@ -120,35 +106,29 @@ TEST_F(RecordsetTest, AddNewStoresAssignedColumnsAndDefaultsTheRest)
     EXPECT_EQ(count(QStringLiteral("select count(*) from user")), 2);
     EXPECT_EQ(errorOf([&] { back.Update(); }), ErrUpdateWithoutEdit);
     EXPECT_EQ(errorOf([&] { back.setField(1, QStringLiteral("x")); }), ErrUpdateWithoutEdit);
-}
 
-TEST_F(RecordsetTest, EditChangesTheCurrentRowOnly)
-{
-    addCash(QStringLiteral("ALICE"), QDate(2024, 1, 1), 100.0, QStringLiteral("a"), QStringLiteral("存入"));
-    addCash(QStringLiteral("ALICE"), QDate(2024, 1, 2), 200.0, QStringLiteral("b"), QStringLiteral("存入"));
-    Recordset rs = db.openRecordset(QStringLiteral("select 操作原因, 资金数量 from 资金表 order by 操作日期"));
-    rs.MoveNext();
-    rs.Edit();
-    rs.setField(1, 250.0);
-    rs.Update();
-    EXPECT_EQ(rs.field(1).toDouble(), 250.0);
+    addCash(QDate(2024, 1, 1), 100.0, QStringLiteral("a"));
+    addCash(QDate(2024, 1, 2), 200.0, QStringLiteral("b"));
+    Recordset cash = db.openRecordset(QStringLiteral("select 操作原因, 资金数量 from 资金表 order by 操作日期"));
+    cash.MoveNext();
+    cash.Edit();
+    cash.setField(1, 250.0);
+    cash.Update();
+    EXPECT_EQ(cash.field(1).toDouble(), 250.0);
     EXPECT_EQ(count(QStringLiteral("select sum(资金数量) from 资金表")), 350);
-    EXPECT_EQ(scalar(db, QStringLiteral("select 资金数量 from 资金表 where 操作原因='a'")).toDouble(), 100.0);
-
-    rs.MoveNext();
-    EXPECT_EQ(errorOf([&] { rs.Edit(); }), ErrNoCurrentRecord);
+    cash.MoveNext();
+    EXPECT_EQ(errorOf([&] { cash.Edit(); }), ErrNoCurrentRecord);
 }
 
 TEST_F(RecordsetTest, DeleteRemovesTheCurrentRowFromTheTable)
 {
     for (int i = 1; i <= 3; ++i)
-        addCash(QStringLiteral("ALICE"), QDate(2024, 1, i), i * 1.0, QString(), QStringLiteral("存入"));
+        addCash(QDate(2024, 1, i), i * 1.0);
     Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 order by 操作日期"));
     rs.MoveNext();
     rs.Delete();
     EXPECT_EQ(errorOf([&] { rs.field(2); }), ErrRecordDeleted);
     EXPECT_EQ(rs.RecordCount(), 2);
-    EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表")), 2);
     EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表 where 资金数量=2")), 0);
     rs.MoveNext();
     EXPECT_EQ(rs.field(2).toDouble(), 3.0);
@@ -166,104 +146,83 @@ TEST_F(RecordsetTest, DeleteRemovesTheCurrentRowFromTheTable)
 
     // The row deleted through another handle cannot be deleted again.
     Recordset stale = db.openRecordset(QStringLiteral("select * from 资金表"));
-    Database other = openUserDatabase();
-    other.execute(QStringLiteral("delete from 资金表"));
+    openUserDatabase().execute(QStringLiteral("delete from 资金表"));
     EXPECT_EQ(errorOf([&] { stale.Delete(); }), ErrRecordDeleted);
 }
 
 TEST_F(RecordsetTest, AggregatesAndDistinctAreReadOnly)
 {
-    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.0, 100.0, 0.35f, QStringLiteral("买进"));
-    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 11.0, 100.0, 0.35f, QStringLiteral("卖出"));
+    addTrade(QStringLiteral("ALICE"), 10.0, 100.0, 0.35f, QStringLiteral("买进"));
+    addTrade(QStringLiteral("ALICE"), 11.0, 100.0, 0.35f, QStringLiteral("卖出"));
     Recordset sum = db.openRecordset(QStringLiteral("select sum(成交股数) from havewhat where userid='ALICE'"));
     EXPECT_EQ(sum.field(0).toDouble(), 200.0);
     EXPECT_EQ(errorOf([&] { sum.Edit(); }), ErrReadOnly);
-    EXPECT_EQ(errorOf([&] { sum.Delete(); }), ErrReadOnly);
     Recordset codes = db.openRecordset(QStringLiteral("select distinct 股票代码 from havewhat where userid='ALICE'"));
     EXPECT_EQ(codes.RecordCount(), 1);
     EXPECT_EQ(errorOf([&] { codes.Delete(); }), ErrReadOnly);
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
     // A keyword inside a value does not make the rows read-only.
-    addTrade(QStringLiteral("GROUP"), QStringLiteral("600000"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
-    Recordset quoted = db.openRecordset(QStringLiteral("select * from havewhat where userid='Group'"));
-    quoted.Delete();
+    addTrade(QStringLiteral("GROUP"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    db.openRecordset(QStringLiteral("select * from havewhat where userid='Group'")).Delete();
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
-
     // A sum over no rows is null.
-    const QVariant none =
-        scalar(db, QStringLiteral("select sum(成交股数) from havewhat where userid='ALICE' and 操作记录='存入'"));
-    EXPECT_TRUE(none.isNull());
+    EXPECT_TRUE(scalar(db, QStringLiteral("select sum(成交股数) from havewhat where 操作记录='存入'")).isNull());
 }
 
 TEST_F(RecordsetTest, FeeArithmeticIsNeverIntegerDivision)
 {
     // A whole-number rate must still divide as a real.
-    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.0, 1000.0, 5.0f, QStringLiteral("买进"));
-    EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 交易费率/100 from havewhat")).toDouble(), 0.05);
-    EXPECT_DOUBLE_EQ(
-        scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100)) from havewhat where userid='ALICE'"))
-            .toDouble(),
-        10500.0);
+    addTrade(QStringLiteral("ALICE"), 10.0, 1000.0, 5.0f, QStringLiteral("买进"));
+    EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100)) from havewhat")).toDouble(),
+                     10500.0);
     // Even when written by plain SQL with integers.
     db.execute(QStringLiteral("update havewhat set 交易费率=3, 成交价格=7, 成交股数=3"));
     EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 交易费率/100 from havewhat")).toDouble(), 0.03);
     EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select 成交价格/成交股数 from havewhat")).toDouble(), 7.0 / 3.0);
 }
 
-TEST_F(RecordsetTest, ValuesComeInTheirColumnsTypes)
+TEST_F(RecordsetTest, ValuesComeInTheirColumnsTypesAndAssignmentConverts)
 {
-    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 10.01, 100.0, 0.35f, QStringLiteral("买进"));
+    addTrade(QStringLiteral("ALICE"), 10.01, 100.0, 0.35f, QStringLiteral("买进"));
     Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-    EXPECT_EQ(rs.field(3).typeId(), QMetaType::QDate);
+    EXPECT_EQ((std::vector<int>{rs.field(0).typeId(), rs.field(3).typeId(), rs.field(4).typeId(), rs.field(6).typeId()}),
+              (std::vector<int>{QMetaType::QString, QMetaType::QDate, QMetaType::Double, QMetaType::Float}));
     EXPECT_EQ(rs.field(3).toDate(), QDate(2024, 1, 5));
-    EXPECT_EQ(rs.field(4).typeId(), QMetaType::Double);
     EXPECT_EQ(rs.field(4).toDouble(), 10.01);
-    EXPECT_EQ(rs.field(6).typeId(), QMetaType::Float);
     EXPECT_EQ(rs.field(6).toFloat(), 0.35f);
-    EXPECT_EQ(rs.field(0).typeId(), QMetaType::QString);
-    // Dates are ISO text in the file, so that they sort.
-    EXPECT_EQ(scalar(db, QStringLiteral("select 成交日期 || '' from havewhat")).toString(),
-              QStringLiteral("2024-01-05"));
-
-    // A time of day is kept and comes back as a date-time.
+    // Dates are ISO text in the file, so that they sort; a time of day is kept.
+    const auto dateText = [&] { return scalar(db, QStringLiteral("select 成交日期 || '' from havewhat")).toString(); };
+    EXPECT_EQ(dateText(), QStringLiteral("2024-01-05"));
     rs.Edit();
     rs.setField(3, QDateTime(QDate(2024, 2, 29), QTime(9, 30, 15)));
     rs.Update();
     EXPECT_EQ(rs.field(3).toDateTime(), QDateTime(QDate(2024, 2, 29), QTime(9, 30, 15)));
-    EXPECT_EQ(scalar(db, QStringLiteral("select 成交日期 || '' from havewhat")).toString(),
-              QStringLiteral("2024-02-29 09:30:15"));
-}
+    EXPECT_EQ(dateText(), QStringLiteral("2024-02-29 09:30:15"));
 
-TEST_F(RecordsetTest, AssignmentConvertsToTheColumnType)
-{
-    // A number into a text column becomes its shortest text.
-    addCash(QStringLiteral("ALICE"), QDate(2024, 3, 1), QStringLiteral(" 1500.5 "), 12.5, QStringLiteral("提取"));
-    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
-    EXPECT_EQ(rs.field(3).toString(), QStringLiteral("12.5"));
-    EXPECT_EQ(rs.field(2).toDouble(), 1500.5); // numeric text into a number column
+    // A number into a text column becomes its shortest text; numeric text
+    // goes into a number or date column.
+    addCash(QDate(2024, 3, 1), QStringLiteral(" 1500.5 "), 12.5);
+    Recordset cash = db.openRecordset(QStringLiteral("select * from 资金表"));
+    EXPECT_EQ(cash.field(3).toString(), QStringLiteral("12.5"));
+    EXPECT_EQ(cash.field(2).toDouble(), 1500.5);
+    cash.Edit();
+    cash.setField(3, 0.1f);
+    cash.setField(1, QStringLiteral("2024-03-02"));
+    cash.Update();
+    EXPECT_EQ(cash.field(3).toString(), QStringLiteral("0.1"));
+    EXPECT_EQ(cash.field(1).toDate(), QDate(2024, 3, 2));
 
-    rs.Edit();
-    rs.setField(3, 0.1f);
-    rs.setField(1, QStringLiteral("2024-03-02"));
-    rs.Update();
-    EXPECT_EQ(rs.field(3).toString(), QStringLiteral("0.1"));
-    EXPECT_EQ(rs.field(1).toDate(), QDate(2024, 3, 2));
-
-    // Text a number column cannot take fails the whole update.
-    rs.Edit();
-    rs.setField(3, QStringLiteral("changed"));
-    rs.setField(2, QStringLiteral("12abc"));
-    EXPECT_EQ(errorOf([&] { rs.Update(); }), ErrConversion);
-    rs.CancelUpdate();
+    // Text a number or date column cannot take fails the whole update.
+    for (const auto &[column, text] : {std::pair{2, "12abc"}, std::pair{1, "not a date"}}) {
+        cash.Edit();
+        cash.setField(3, QStringLiteral("changed"));
+        cash.setField(column, QString::fromLatin1(text));
+        EXPECT_EQ(errorOf([&] { cash.Update(); }), ErrConversion) << text;
+        cash.CancelUpdate();
+    }
     EXPECT_EQ(scalar(db, QStringLiteral("select 操作原因 from 资金表")).toString(), QStringLiteral("0.1"));
-    rs.Edit();
-    rs.setField(1, QStringLiteral("not a date"));
-    EXPECT_EQ(errorOf([&] { rs.Update(); }), ErrConversion);
-    rs.CancelUpdate();
-
     Recordset add = db.openRecordset(QStringLiteral("select * from 资金表"));
     add.AddNew();
-    add.setField(0, QStringLiteral("ALICE"));
     add.setField(2, QString());
     EXPECT_EQ(errorOf([&] { add.Update(); }), ErrConversion);
     EXPECT_EQ(count(QStringLiteral("select count(*) from 资金表")), 1);
@@ -284,15 +243,13 @@ TEST_F(RecordsetTest, AssignmentConvertsToTheColumnType)
 TEST_F(RecordsetTest, TextComparesAndTableNamesIgnoreLetterCase)
 {
     db.execute(QStringLiteral("update user set username='SUPERVISOR'"));
-    EXPECT_EQ(count(QStringLiteral("select count(*) from user where username<>'supervisor'")), 0);
     EXPECT_EQ(count(QStringLiteral("select count(*) from USER where username='Supervisor'")), 1);
-    addTrade(QStringLiteral("ALICE"), QStringLiteral("600000"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    addTrade(QStringLiteral("ALICE"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
     Recordset rs = db.openRecordset(
         QStringLiteral("select userid, 股票代码, 股票名称, 成交日期, 操作记录, 成交价格, 成交股数 from HaveWhat where "
                        "userid='alice' and 股票代码='600000' order by  成交日期 asc"));
     ASSERT_EQ(rs.RecordCount(), 1);
     EXPECT_EQ(rs.fieldName(4), QStringLiteral("操作记录"));
-    // Written through the name as the query spelled it.
-    rs.Delete();
+    rs.Delete(); // written through the name as the query spelled it
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 0);
 }

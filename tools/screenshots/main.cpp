@@ -19,13 +19,11 @@
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
-#include <QToolBar>
 
 #include <cstdio>
 
