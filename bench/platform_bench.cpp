@@ -80,29 +80,6 @@ TESSALY_BENCH(platform_main)
             rows = int(h.rows.size());
         }
         bench::figure(QStringLiteral("holdlist_300_ms"), bench::median(samples), QStringLiteral("ms"));
-        {   // TEMP: inside one read transaction
-            std::vector<double> s2;
-            for (int run = 0; run < 7; ++run) {
-                platform::Holdings h;
-                QElapsedTimer t;
-                t.start();
-                db.execute(QStringLiteral("begin"));
-                platform::HoldList(db, QStringLiteral("BENCH"), [&](const QString &code, float &price) {
-                    marketdata::QuoteLookup(marketdata::DataPath(), QStringLiteral("0"), code, false, price, state); }, h);
-                db.execute(QStringLiteral("commit"));
-                s2.push_back(t.nsecsElapsed() / 1e6);
-            }
-            bench::figure(QStringLiteral("TEMP_holdlist_txn_ms"), bench::median(s2), QStringLiteral("ms"));
-            std::vector<double> s3;
-            for (int run = 0; run < 7; ++run) {
-                platform::Holdings h;
-                QElapsedTimer t;
-                t.start();
-                platform::HoldList(db, QStringLiteral("BENCH"), [&](const QString &, float &price) { price = 1; }, h);
-                s3.push_back(t.nsecsElapsed() / 1e6);
-            }
-            bench::figure(QStringLiteral("TEMP_holdlist_noquote_ms"), bench::median(s3), QStringLiteral("ms"));
-        }
         if (rows != kStocks)
             std::fprintf(stderr, "platform bench: %d holdings rows, expected %d\n", rows, kStocks);
     }

@@ -44,6 +44,8 @@ QString lossPercentText(float marketTotal, const QString &netFundsText)
 void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Holdings &out)
 {
     out.rows.clear();
+    // Some thousand sums of one journal: one read transaction for all.
+    const store::ReadBatch batch(db);
     const QString who = QStringLiteral(" from havewhat where userid='") + user + u'\'';
     int16_t row = 1;
     float price = 0.0f;

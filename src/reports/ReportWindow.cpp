@@ -45,6 +45,8 @@ void ReportWindow::formLoad()
     // view skips the scrolling and repainting work of every cell change.
     MSFlexGrid1->hide();
     const auto showGrid = qScopeGuard([this] { MSFlexGrid1->show(); });
+    // The per-stock windows run hundreds of queries: one read transaction.
+    const store::ReadBatch batch(m_db);
     FillGrid();
 }
 

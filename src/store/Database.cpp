@@ -653,6 +653,21 @@ void Database::close()
     m_impl->closeConnection();
 }
 
+ReadBatch::ReadBatch(Database &db)
+{
+    if (db.m_impl && db.m_impl->db && sqlite3_get_autocommit(db.m_impl->db)
+        && sqlite3_exec(db.m_impl->db, "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK)
+        m_db = db.m_impl;
+}
+
+ReadBatch::~ReadBatch()
+{
+    // The handle may have been closed meanwhile; closing ended the transaction.
+    if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db)
+        && sqlite3_exec(m_db->db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
+        sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 Database openUserDatabase()
 {
     return Database::open(base::programFolder() + QStringLiteral("\\user2.mdb"), 1, false, kConnect);

@@ -92,6 +92,22 @@ public:
 private:
     std::shared_ptr<Impl> m_impl;
     friend class Recordset;
+    friend class ReadBatch;
+};
+
+// Many queries in a row on one handle: while a ReadBatch lives they all read
+// within one transaction, so the file is locked and its header checked once
+// instead of once per query. Meant for reading only. When the handle is not
+// open or a transaction is already running it does nothing; it never raises.
+class ReadBatch {
+public:
+    explicit ReadBatch(Database &db);
+    ~ReadBatch();
+    ReadBatch(const ReadBatch &) = delete;
+    ReadBatch &operator=(const ReadBatch &) = delete;
+
+private:
+    std::shared_ptr<Database::Impl> m_db;
 };
 
 // The program's database: programFolder() + "\user2.mdb", options 1,

@@ -31,13 +31,10 @@ TEST(FenxijiaReader, DatesPricesAndIndexSearch)
     BarArray bars;
     const Out o = readFxj(d.path(), QStringLiteral("600001"), 1, bars);
     ASSERT_EQ(o.count, 2);
-    EXPECT_EQ(bars[1].Date, 20030101);
+    // Prices to whole cents, halves to even (1012.5 cents -> 10.12; 9.995 as
+    // a single is below the half); the amount in thousands.
+    EXPECT_EQ(bars[1], (StockBar{20030101, 10.12f, 10.0f, 10.13f, 9.99f, 1234.5f, 5.678f}));
     EXPECT_EQ(bars[2].Date, 20030101); // 0.667 days earlier rounds to the same day
-    EXPECT_FLOAT_EQ(bars[1].Open, 10.12f); // 1012.5 cents, halves to even
-    EXPECT_FLOAT_EQ(bars[1].High, 10.13f);
-    EXPECT_FLOAT_EQ(bars[1].Low, 9.99f);   // 9.995 as a single is below the half
-    EXPECT_EQ(bars[1].Volume, 1234.5f);
-    EXPECT_FLOAT_EQ(bars[1].Amount, 5.678f);
     // The extreme dates are the raw time stamps.
     EXPECT_EQ(std::make_pair(o.maxHigh, o.maxHighDate), std::make_pair(10.5f, 1041350400));
     EXPECT_EQ(std::make_pair(o.minLow, o.minLowDate), std::make_pair(9.5f, 1041350400));
@@ -108,10 +105,8 @@ TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
 
     BarArray month;
     ASSERT_EQ(readFxj(d.path(), QStringLiteral("000001"), 3, month).count, 2); // all January days, then February
-    EXPECT_EQ(month[1].Date, 20040105);
-    EXPECT_FLOAT_EQ(month[1].Open, 10.0f);
-    EXPECT_EQ(month[1].Volume, 1000.0f);
-    EXPECT_EQ(month[2].Date, 20030203);
+    EXPECT_EQ(std::make_tuple(month[1].Date, month[1].Open, month[1].Volume, month[2].Date),
+              std::make_tuple(20040105, 10.0f, 1000.0f, 20030203));
 
     // A range that drops records leaves zero bars within the R merged: a
     // zero date is no calendar date.

@@ -34,15 +34,13 @@ TEST(QuoteLookup, DispatchesOnSourceText)
         state = QuoteState{};
         last = -1;
         QuoteLookup(d.path(), QLatin1String(c.source), QStringLiteral(" 600000 "), false, last, state);
-        EXPECT_EQ(last, c.close) << c.source;
-        EXPECT_EQ(state.count, c.count) << c.source;
-        EXPECT_EQ(state.minLowDate, c.minLowDate) << c.source;
+        EXPECT_EQ(std::make_tuple(last, state.count, state.minLowDate), std::make_tuple(c.close, c.count, c.minLowDate))
+            << c.source;
     }
     // Any other source reads nothing: the count stays, and the close is that
     // of the fresh, zeroed array.
     QuoteLookup(d.path(), QStringLiteral("7"), QStringLiteral("600000"), false, last, state);
-    EXPECT_EQ(state.count, 2);
-    EXPECT_EQ(last, 0.0f);
+    EXPECT_EQ(std::make_pair(state.count, last), std::make_pair(int16_t(2), 0.0f));
 }
 
 TEST(QuoteLookup, StateKeptBetweenCalls)
@@ -55,12 +53,10 @@ TEST(QuoteLookup, StateKeptBetweenCalls)
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("600001"), false, last, state);
     EXPECT_EQ(last, -1.0f);
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("600000"), false, last, state);
-    EXPECT_EQ(last, 1.5f);
-    EXPECT_EQ(state.minLowDate, 20240102);
+    EXPECT_EQ(std::make_pair(last, state.minLowDate), std::make_pair(1.5f, 20240102));
     // A missing file keeps the old count: the close of a zeroed bar comes back.
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("600001"), false, last, state);
-    EXPECT_EQ(state.count, 1);
-    EXPECT_EQ(last, 0.0f);
+    EXPECT_EQ(std::make_pair(state.count, last), std::make_pair(int16_t(1), 0.0f));
     // The code is upper-cased before the lookup.
     d.write(QStringLiteral("data/shase/day/000001.day"), qlRec(20240102, 1, 2, 0.5, 2900));
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("1a0001"), false, last, state);

@@ -65,7 +65,7 @@ TEST(ReportEndings, SixteenBitTotalsAndHeaderRowDeletesEndTheProgram)
          [] { frmYkui w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
         {"profit and loss: zero shares bought",
          [] { journal::addTrades({trade("600000", 1, 10, 0), trade("600000", 2, 11, 100, false)}); },
-         [] { frmYkui w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '11':"},
+         [] { frmYkui w; w.GetMame(kUser, QString()); load(w); }, "运行时错误 '6':"},
         {"stock records: delete with the header row selected",
          [] { journal::addTrades({trade("600000", 1, 10, 100), trade("600000", 2, 11, 100, false)}); },
          [] { frmCha w; w.GetMame(kUser, QString(), QStringLiteral("600000")); deleteRow(w, 0); }, "运行时错误 '3021':"},
