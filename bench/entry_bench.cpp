@@ -8,8 +8,6 @@
 
 #include "base/Paths.h"
 #include "entry/TradeWindow.h"
-#include "entry/TradeEntry.h"
-#include <QDate>
 #include "platform/frmBefor.h"
 #include "ui/MsgBox.h"
 
@@ -71,20 +69,6 @@ TESSALY_BENCH(entry_confirm)
             confirm->click();
             QApplication::processEvents();
             samples.push_back(t.nsecsElapsed() / 1e6);
-        }
-        {   // TEMP breakdown
-            std::vector<double> a, b;
-            for (int run = 0; run < kRuns; ++run) {
-                QElapsedTimer t; t.start();
-                entry::storeTrade(entry::kBuy, entry::TradeInput{QStringLiteral("BENCH"), QDate(2024,1,1), QStringLiteral("600000"), QStringLiteral("x"), QStringLiteral("10"), QStringLiteral("100"), QString()});
-                a.push_back(t.nsecsElapsed() / 1e6);
-                t.restart();
-                main.FrmRef();
-                QApplication::processEvents();
-                b.push_back(t.nsecsElapsed() / 1e6);
-            }
-            bench::figure(QStringLiteral("TEMP_store_ms"), bench::median(a), QStringLiteral("ms"));
-            bench::figure(QStringLiteral("TEMP_frmref_ms"), bench::median(b), QStringLiteral("ms"));
         }
         if (!messages.isEmpty())
             std::fprintf(stderr, "entry bench: message \"%s\"\n", qPrintable(messages.first()));

@@ -33,24 +33,10 @@ std::vector<std::unique_ptr<std::vector<char>>> &bufferPool()
     return pool;
 }
 
-bool isDrivePath(const QString &t)
-{
-    return t.size() >= 2 && t[1] == u':' && t[0].isLetter();
-}
-
-// Opens the file a path text names. A path that exists exactly as written
-// (with "\" read as "/") is what base::resolvePath gives for it, so that is
-// tried first; any miss, and every drive-letter path, goes through the
-// resolver (letter case, the Wine prefix).
+// Opens the file a path text names, through the resolver (which tries the
+// path as written first, then letter case and the Wine prefix).
 int openResolved(const QString &text)
 {
-    if (!isDrivePath(text)) {
-        QString direct = text;
-        direct.replace(u'\\', u'/');
-        const int fd = ::open(QFile::encodeName(direct).constData(), O_RDONLY | O_CLOEXEC);
-        if (fd >= 0 || (errno != ENOENT && errno != ENOTDIR))
-            return fd;
-    }
     return ::open(QFile::encodeName(base::resolvePath(text)).constData(), O_RDONLY | O_CLOEXEC);
 }
 

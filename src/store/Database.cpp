@@ -16,6 +16,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <vector>
 
 namespace store {
@@ -196,7 +197,7 @@ struct RawValue {
 // Reads value i of the current row of `st`; texts and blobs go to the end of
 // `arena`. A numeric date outside the engine's range fails here, when the
 // row is read, as a conversion error.
-RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, QByteArray &arena)
+RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, std::string &arena)
 {
     RawValue v;
     const int type = sqlite3_column_type(st, i);
@@ -207,9 +208,10 @@ RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, QByteArray &arena)
                                              : reinterpret_cast<const char *>(sqlite3_column_text(st, i));
         const int n = sqlite3_column_bytes(st, i);
         v.type = as;
-        v.bits = arena.size();
+        v.bits = qint64(arena.size());
         v.size = quint32(n);
-        arena.append(p, n);
+        if (n > 0)
+            arena.append(p, size_t(n));
         return v;
     };
     const auto real = [&] {
@@ -246,17 +248,17 @@ RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, QByteArray &arena)
 
 // The value in the form of its column: dates as QDate or QDateTime, doubles
 // as double, singles as float, texts as QString, NULL as a null QVariant.
-QVariant valueOf(const RawValue &v, const QByteArray &arena, Kind kind)
+QVariant valueOf(const RawValue &v, const std::string &arena, Kind kind)
 {
     switch (v.type) {
     case RawValue::Null:
         return QVariant();
     case RawValue::Blob:
-        return arena.mid(qsizetype(v.bits), qsizetype(v.size));
+        return QByteArray(arena.data() + v.bits, qsizetype(v.size));
     case RawValue::Integer:
         return integerVariant(v.bits);
     case RawValue::Text: {
-        const QString text = QString::fromUtf8(arena.constData() + v.bits, qsizetype(v.size));
+        const QString text = QString::fromUtf8(arena.data() + v.bits, qsizetype(v.size));
         if (kind == Kind::Date) {
             const QVariant d = parseDate(text);
             return d.isValid() ? d : QVariant(text);
@@ -697,7 +699,7 @@ struct Recordset::Impl {
     QList<Column> columns;
     std::vector<Row> rows;
     std::vector<RawValue> raw; // the values of the rows as read, row after row
-    QByteArray arena;          // their texts and blobs
+    std::string arena;         // their texts and blobs
     QString table; // base table when the rows can be changed, else empty
     qsizetype pos = -1;
     bool bof = true;
@@ -775,7 +777,7 @@ struct Recordset::Impl {
         if (rc != SQLITE_ROW)
             raiseEngine(connection(), rc, db->name);
         QList<QVariant> values;
-        QByteArray bytes;
+        std::string bytes;
         for (int i = 0; i < columns.size(); ++i) {
             bytes.clear();
             values << valueOf(captureValue(st.get(), i, columns[i].kind, bytes), bytes, columns[i].kind);

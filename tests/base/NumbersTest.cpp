@@ -3,6 +3,7 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QLocale>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -122,4 +123,8 @@ TEST(NumberText, OrdinaryConversionOfValues)
     EXPECT_EQ(variantText(QVariant(QStringLiteral("买进"))), "买进");
     // The short date form of the Chinese locale: year first, no padding.
     EXPECT_EQ(shortDate(QDate(2024, 1, 5)), "2024/1/5");
+    EXPECT_EQ(shortDate(QDate(1999, 12, 31)), "1999/12/31");
+    const QLocale chinese(QLocale::Chinese, QLocale::China);
+    EXPECT_EQ(shortDate(QDate(812, 3, 4)), chinese.toString(QDate(812, 3, 4), QLocale::ShortFormat));
+    EXPECT_EQ(shortDate(QDate()), chinese.toString(QDate(), QLocale::ShortFormat));
 }

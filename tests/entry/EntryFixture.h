@@ -1,8 +1,7 @@
 #pragma once
-// Shared set-up of the entry tests: a temporary program folder with a fresh
-// journal, message boxes recorded, distinct fee values per column so that a
-// wrong column shows, an empty stock list; and helpers to read stored rows,
-// find controls by name and fill and confirm a window.
+// Entry tests' set-up: a fresh journal, recorded message boxes, distinct fee
+// values per column (a wrong column shows), an empty stock list; helpers to
+// read stored rows and to fill and confirm a window.
 
 #include "support/TestFolder.h"
 
@@ -32,12 +31,6 @@ namespace entrytest {
 
 // Fee column n holds n + 0.5, so the stored rate names its column.
 inline float feeOfColumn(int n) { return static_cast<float>(n) + 0.5f; }
-
-inline void setDistinctFees()
-{
-    for (int c = 1; c <= 6; ++c)
-        store::setFeeValue(c, feeOfColumn(c));
-}
 
 // All rows of a table, each as its fields by position.
 inline QList<QVariantList> storedRows(const QString &table)
@@ -99,7 +92,8 @@ protected:
     void SetUp() override
     {
         ui::setMsgBoxRecorder(&messages);
-        setDistinctFees();
+        for (int c = 1; c <= 6; ++c)
+            store::setFeeValue(c, feeOfColumn(c));
         marketdata::clearStockList();
     }
     void TearDown() override

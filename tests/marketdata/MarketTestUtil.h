@@ -1,7 +1,6 @@
 #pragma once
-// Fixture helpers of the market-data tests: a temporary data folder,
-// byte-level builders of the package files (written independently of the
-// readers), and one call form for every reader.
+// Market-data test helpers: a temporary data folder, byte-level builders of
+// the package files (independent of the readers), one call form per reader.
 
 #include "base/RuntimeError.h"
 #include "marketdata/Readers.h"
@@ -29,21 +28,17 @@ inline QByteArray realFile(const char *name)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-class DataFolder {
-public:
-    QString path() const { return m_dir.path(); }
-    // Writes `bytes` at `relative` ("/" separated) under the folder.
-    void write(const QString &relative, const QByteArray &bytes) const
+struct DataFolder {
+    QTemporaryDir dir;
+    QString path() const { return dir.path(); }
+    void write(const QString &relative, const QByteArray &bytes) const // relative: "/" separated
     {
-        const QString full = m_dir.path() + u'/' + relative;
+        const QString full = dir.path() + u'/' + relative;
         QDir().mkpath(QFileInfo(full).absolutePath());
         QFile f(full);
         f.open(QIODevice::WriteOnly | QIODevice::Truncate);
         f.write(bytes);
     }
-
-private:
-    QTemporaryDir m_dir;
 };
 
 // The out arguments of a reader; -7 marks "not written".
@@ -83,17 +78,16 @@ inline void put32(QByteArray &b, int at, int32_t v) { qToLittleEndian<int32_t>(v
 inline QByteArray rec40(int32_t date, int32_t a, int32_t b, int32_t c, int32_t d, int32_t amount, int32_t volume)
 {
     QByteArray r(40, '\0');
-    const int32_t values[] = {date, a, b, c, d, amount, volume};
-    for (int i = 0; i < 7; ++i)
-        put32(r, 4 * i, values[i]);
+    for (int i = 0; const int32_t v : {date, a, b, c, d, amount, volume})
+        put32(r, 4 * i++, v);
     return r;
 }
 
-// 钱龙 record of a bar given in yuan.
+// 钱龙 record of a bar given in yuan (positive prices).
 inline QByteArray qlRec(int32_t date, double open, double high, double low, double close, int32_t amount = 0,
                         int32_t volume = 0)
 {
-    auto m = [](double v) { return static_cast<int32_t>(v * 1000 + (v < 0 ? -0.5 : 0.5)); };
+    auto m = [](double v) { return static_cast<int32_t>(v * 1000 + 0.5); };
     return rec40(date, m(open), m(high), m(low), m(close), amount, volume);
 }
 

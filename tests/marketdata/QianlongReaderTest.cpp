@@ -17,14 +17,13 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
         const char *code;
         int16_t period;
     } cases[] = {
-        {"data/shase/day/000001.day", "1A0001", 1},  {"data/shase/day/000011.day", "1B0008", 1},
-        {"data/shase/day/600000.day", "600000", 1},  {"data/sznse/day/000002.day", "000002", 1},
-        {"data/sznse/day/0001.day", "0001", 1},      {"data/shase/week/600001.wek", "600001", 2},
-        {"data/sznse/month/000003.mnt", "000003", 3}, {"data/shase/min/600002.nmn", "600002", 4},
-        {"data/shase/day/800001.day", "800001", 1},  {"data/sznse/day/180001.day", "180001", 1},
+        {"data/shase/day/000001.day", "1A0001", 1},   {"data/shase/day/000011.day", "1B0008", 1},
+        {"data/sznse/day/000002.day", "000002", 1},   {"data/sznse/day/0001.day", "0001", 1},
+        {"data/shase/week/600001.wek", "600001", 2},  {"data/sznse/month/000003.mnt", "000003", 3},
+        {"data/shase/min/600002.nmn", "600002", 4},   {"data/shase/day/800001.day", "800001", 1},
+        {"data/sznse/day/180001.day", "180001", 1},
     };
-    // Each file holds one bar whose date tells the files apart. Weekly and
-    // monthly reads look for the daily file too; none here.
+    // One bar per file; its date tells the files apart.
     for (int i = 0; i < int(std::size(cases)); ++i)
         d.write(QLatin1String(cases[i].file), qlRec(20240101 + i, 1, 2, 0.5, 1.5));
     for (int i = 0; i < int(std::size(cases)); ++i) {
@@ -33,9 +32,9 @@ TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
         EXPECT_EQ(bars[1].Date, 20240101 + i) << cases[i].code;
     }
     BarArray bars;
-    for (const char *none : {"700000", "1a0001", "60000", "6000000"})
+    for (const char *none : {"700000", "1a0001", "6000000"})
         EXPECT_TRUE(readBars(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
-    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 5, bars).untouched());
+    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("000002"), 5, bars).untouched());
     // Names in another letter case are found.
     d.write(QStringLiteral("ML30/DATA/SHASE/DAY/600000.DAY"), qlRec(20240102, 1, 2, 0.5, 1.5));
     EXPECT_EQ(readBars(ReadQianlong, d.path() + QStringLiteral("/ml30"), QStringLiteral("600000"), 1, bars).count, 1);
@@ -59,7 +58,6 @@ TEST(QianlongReader, RecordFieldsExtremesRangeAndHalfRecords)
     // Inclusive date range; 0 means no limit on that side.
     EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 20240103).count, 1);
     EXPECT_EQ(bars[1].Date, 20240103);
-    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 0).count, 2);
     const Out none = readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20250101, 0);
     EXPECT_EQ(std::make_tuple(none.count, none.minLow, none.maxHigh, none.minLowDate + none.maxHighDate),
               std::make_tuple(int16_t(0), 100000.0f, 0.0f, 0));
@@ -72,8 +70,6 @@ TEST(QianlongReader, RecordFieldsExtremesRangeAndHalfRecords)
     d.write(QStringLiteral("data/shase/day/600000.day"), three.left(40) + part); // 1.5 -> 2
     EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 2);
     EXPECT_EQ(bars[2], (StockBar{20240105, 3, 3.5, 4, 2, 0, 0}));
-    d.write(QStringLiteral("data/shase/day/600000.day"), three.left(80) + part); // 2.5 -> 2
-    EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 2);
     d.write(QStringLiteral("data/shase/day/600000.day"), three + part); // 3.5 -> 4
     EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars).count, 4);
 }
@@ -89,8 +85,6 @@ TEST(QianlongReader, RealRecordsOfShenzhenComposite)
     ASSERT_EQ(r.count, 2);
     EXPECT_EQ(std::make_tuple(bars[1].Date, bars[1].Amount, bars[1].Volume), std::make_tuple(19910102, 3974.0f, 589.0f));
     EXPECT_FLOAT_EQ(bars[1].Open, 67.41f);
-    EXPECT_FLOAT_EQ(bars[1].Close, 67.41f);
-    EXPECT_EQ(bars[2].Date, 19910103);
     EXPECT_FLOAT_EQ(bars[2].Close, 66.4f);
     EXPECT_EQ(std::make_pair(r.maxHighDate, r.minLowDate), std::make_pair(19910102, 19910103));
 }
@@ -114,9 +108,7 @@ TEST(QianlongReader, RealBarsReencodedInBothLayoutsComeBackUnchanged)
         expected.push_back({i32(0), price(4), price(16), price(8), price(12), float(i32(24)), float(amount)});
     }
     ASSERT_EQ(expected.front().Date / 10000, 2015); // a sanity check of the source layout
-    DataFolder d;
-    // Codes beginning with 30 are no market of these packages; use a
-    // Shenzhen code the readers accept.
+    DataFolder d; // 30.. codes are no market here: stored under a code the readers accept
     d.write(QStringLiteral("data/sznse/day/002425.day"), ql);
     d.write(QStringLiteral("data/sz/day/002425.day"), sl);
     for (ReaderFn fn : {ReaderFn(ReadQianlong), ReaderFn(ReadShenglong)}) {
@@ -124,7 +116,6 @@ TEST(QianlongReader, RealBarsReencodedInBothLayoutsComeBackUnchanged)
         ASSERT_EQ(readBars(fn, d.path(), QStringLiteral("002425"), 1, bars).count, 175);
         for (int i = 0; i < 175; ++i)
             ASSERT_EQ(bars[i + 1], expected[size_t(i)]) << "bar " << i + 1;
-        EXPECT_EQ(bars[176], StockBar{});
     }
 }
 
@@ -151,8 +142,8 @@ TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)
     EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 2, week).count, 2);
     EXPECT_EQ(std::make_tuple(week[3].Date, week[3].High, week[3].Low), std::make_tuple(20240112, -100000.0f, 100000.0f));
 
-    // The running bar comes from the 钱龙 daily file for both 钱龙 and 胜龙,
-    // never for other sources; "80" codes are none of the index codes here.
+    // The running bar comes from the 钱龙 daily file for 钱龙 and 胜龙 only;
+    // "80" codes are no index codes here.
     d.write(QStringLiteral("data/shase/day/000001.day"), qlRec(20240115, 2900, 2950, 2890, 2940, 5, 6));
     d.write(QStringLiteral("data/shase/day/1A0001.day"), qlRec(20240115, 1, 1, 1, 7, 5, 6));
     d.write(QStringLiteral("data/shase/day/800001.day"), qlRec(20240115, 1, 1, 1, 7, 5, 6));
@@ -200,7 +191,6 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     // 胜龙 order: date, open, close, high, low, amount, volume.
     d.write(QStringLiteral("data/sh/day/600000.day"), rec40(-20240102, 10000, -12500, 13000, -9000, -55, -66));
     d.write(QStringLiteral("data/sh/day/1A0001.day"), rec40(20240103, 1, 2, 3, 4, 5, 6));
-    d.write(QStringLiteral("data/sz/min/0001.min"), rec40(20240104, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/800000.day"), rec40(20240105, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/600001.day"), rec40(20240102, INT32_MIN, 0, 0, 0, 0, 0));
     BarArray bars;
@@ -210,7 +200,6 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars, 20240102, 20240102).count, 1);
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("1A0001"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20240103);
-    EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("0001"), 4, bars).count, 1);
     EXPECT_TRUE(readBars(ReadShenglong, d.path(), QStringLiteral("800000"), 1, bars).untouched());
     EXPECT_EQ(errorOf([&] { readBars(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars); }),
               base::ErrOverflow);

@@ -35,9 +35,6 @@ protected:
 
 const QChar sep(1);
 
-// Readable texts in failure messages.
-void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
-
 } // namespace
 
 TEST_F(StockListTest, FilesItemsAndTheTwoIndexEntries)

@@ -6,44 +6,38 @@
 
 namespace journal {
 
-namespace {
 constexpr const char *kFolderVariable = "TESSALY_REPORTS_TEST_FOLDER";
-}
 
-void addTrades(std::initializer_list<Trade> trades)
+namespace {
+void addRows(const QString &table, const QList<QVariantList> &rows)
 {
     store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-    for (const Trade &t : trades) {
+    store::Recordset rs = db.openRecordset(QStringLiteral("select * from ") + table);
+    for (const QVariantList &row : rows) {
         rs.AddNew();
-        rs.setField(0, t.user);
-        rs.setField(1, t.code);
-        if (!t.nameNull)
-            rs.setField(2, t.name);
-        rs.setField(3, t.date);
-        rs.setField(4, t.price);
-        rs.setField(5, t.shares);
-        rs.setField(6, t.rate);
-        const QString op = t.buy ? QStringLiteral("买进") : QStringLiteral("卖出");
-        rs.setField(7, op);
-        rs.setField(8, op);
+        for (int i = 0; i < row.size(); ++i)
+            if (row[i].isValid()) // an invalid value leaves the field unassigned
+                rs.setField(i, row[i]);
         rs.Update();
     }
     db.close();
 }
+} // namespace
+
+void addTrades(std::initializer_list<Trade> trades)
+{
+    QList<QVariantList> rows;
+    for (const Trade &t : trades) {
+        const QString op = t.buy ? QStringLiteral("买进") : QStringLiteral("卖出");
+        rows.append({t.user, t.code, t.nameNull ? QVariant() : QVariant(t.name), t.date, t.price, t.shares, t.rate, op, op});
+    }
+    addRows(QStringLiteral("havewhat"), rows);
+}
 
 void addCash(const QString &user, const QDate &date, double amount, const QString &reason, bool deposit)
 {
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
-    rs.AddNew();
-    rs.setField(0, user);
-    rs.setField(1, date);
-    rs.setField(2, amount);
-    rs.setField(3, reason);
-    rs.setField(4, deposit ? QStringLiteral("存入") : QStringLiteral("提取"));
-    rs.Update();
-    db.close();
+    addRows(QStringLiteral("资金表"),
+            {{user, date, amount, reason, deposit ? QStringLiteral("存入") : QStringLiteral("提取")}});
 }
 
 int count(const QString &table)

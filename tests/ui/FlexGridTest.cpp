@@ -95,6 +95,56 @@ TEST(FlexGrid, FiftyThousandRowsFillAndRead)
     EXPECT_EQ(g.model()->rowCount(), 50001);
 }
 
+TEST(FlexGrid, BulkFillSendsOneNoticeAndSelectsTheCurrentRowAtTheEnd)
+{
+    FlexGrid g;
+    g.setCols(4);
+    g.setRows(6);
+    QSignalSpy changed(g.model(), &QAbstractItemModel::dataChanged);
+    QSignalSpy header(g.model(), &QAbstractItemModel::headerDataChanged);
+    const QString longText = QStringLiteral("一个超过十二个字符的很长的股票名称");
+    {
+        const FlexGrid::BulkUpdate outer(g);
+        {
+            const FlexGrid::BulkUpdate inner(g); // nested: only the outer end counts
+            g.setTextMatrix(0, 2, "代码");
+            g.setTextMatrix(4, 1, longText);
+            g.setRow(3);
+            g.setCol(3);
+            g.setCellForeColor(Qt::red);
+        }
+        g.setTextMatrix(2, 1, "");
+        EXPECT_EQ(changed.count(), 0);
+        EXPECT_EQ(header.count(), 0);
+        EXPECT_EQ(g.row(), 3);
+        EXPECT_FALSE(g.selectionModel()->isRowSelected(3, {}));
+        // The cells hold their texts at once.
+        EXPECT_EQ(g.textMatrix(4, 1), longText);
+    }
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed.at(0).at(0).value<QModelIndex>(), g.model()->index(0, 1));
+    EXPECT_EQ(changed.at(0).at(1).value<QModelIndex>(), g.model()->index(4, 3));
+    ASSERT_EQ(header.count(), 1);
+    EXPECT_EQ(header.at(0).at(1).toInt(), 2);
+    EXPECT_TRUE(g.selectionModel()->isRowSelected(3, {}));
+    EXPECT_EQ(g.cellForeColor(3, 3), QColor(Qt::red));
+    EXPECT_EQ(g.textMatrix(0, 2), "代码");
+    EXPECT_EQ(g.textMatrix(2, 1), "");
+
+    // Outside a bulk fill every change is reported on its own; short and
+    // long texts survive the growth of their row and a clear.
+    g.setTextMatrix(1, 1, "600000");
+    EXPECT_EQ(changed.count(), 2);
+    g.setCols(9);
+    g.setTextMatrix(1, 8, longText + longText);
+    EXPECT_EQ(g.textMatrix(1, 1), "600000");
+    EXPECT_EQ(g.textMatrix(4, 1), longText);
+    EXPECT_EQ(g.textMatrix(1, 8), longText + longText);
+    g.clear();
+    EXPECT_EQ(g.textMatrix(4, 1), "");
+    EXPECT_EQ(g.textMatrix(1, 8), "");
+}
+
 TEST(MsgBox, TestsRecordTheTextsInsteadOfShowingThem)
 {
     QStringList seen;
