@@ -284,13 +284,15 @@ QString shortDate(const QDate &date)
     // The locale's form is year/month/day without leading zeros; a report
     // shows tens of thousands of dates, so that form is written directly.
     static const bool yearMonthDay = chinese.dateFormat(QLocale::ShortFormat) == QLatin1String("yyyy/M/d");
-    if (yearMonthDay && date.isValid() && date.year() >= 1000 && date.year() <= 9999) {
+    int year = 0, month = 0, day = 0;
+    date.getDate(&year, &month, &day);
+    if (yearMonthDay && date.isValid() && year >= 1000 && year <= 9999) {
         char out[16];
-        char *end = writeUnsigned(out, static_cast<unsigned long long>(date.year()));
+        char *end = writeUnsigned(out, static_cast<unsigned long long>(year));
         *end++ = '/';
-        end = writeUnsigned(end, static_cast<unsigned long long>(date.month()));
+        end = writeUnsigned(end, static_cast<unsigned long long>(month));
         *end++ = '/';
-        end = writeUnsigned(end, static_cast<unsigned long long>(date.day()));
+        end = writeUnsigned(end, static_cast<unsigned long long>(day));
         return QString::fromLatin1(out, end - out);
     }
     return chinese.toString(date, QLocale::ShortFormat);
