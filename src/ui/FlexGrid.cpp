@@ -312,7 +312,17 @@ void FlexGrid::setRow(int r)
     if (m_bulk > 0)
         m_selectPending = true;
     else if (r > 0)
-        selectRow(r);
+        highlightRow(r);
+}
+
+void FlexGrid::highlightRow(int r)
+{
+    // Marks the row without making it the view's current index: setting the
+    // current row of the grid does not scroll it, only a click does.
+    if (!selectionModel() || r <= 0 || r >= rows() || cols() <= 0)
+        return;
+    selectionModel()->select(QItemSelection(m_model->index(r, 0), m_model->index(r, cols() - 1)),
+                             QItemSelectionModel::ClearAndSelect);
 }
 
 FlexGrid::BulkUpdate::BulkUpdate(FlexGrid &grid) : m_grid(grid)
@@ -328,7 +338,7 @@ FlexGrid::BulkUpdate::~BulkUpdate()
         return;
     m_grid.m_selectPending = false;
     if (m_grid.m_row > 0 && m_grid.m_row < m_grid.rows())
-        m_grid.selectRow(m_grid.m_row);
+        m_grid.highlightRow(m_grid.m_row);
 }
 
 void FlexGrid::setCol(int c)

@@ -150,6 +150,7 @@ protected:
 
 private:
     void syncHeaderRow();
+    void highlightRow(int r);
 
     FlexGridModel *m_model;
     int m_bulk = 0;
