@@ -2,6 +2,9 @@
 // Shared pieces of the fuzz targets: a private folder per process, where the
 // input bytes are written as the file a reader looks for.
 
+#include "base/RuntimeError.h"
+#include "marketdata/StockBar.h"
+
 #include <QString>
 
 #include <cstddef>
@@ -22,5 +25,27 @@ struct Input {
     size_t size = 0;
 };
 Input split(const uint8_t *data, size_t size);
+
+// The out arguments every reader takes.
+struct ReaderOutputs {
+    marketdata::BarArray &bars;
+    int16_t count = 0;
+    float low = 0, high = 0;
+    int32_t lowDate = 0, highDate = 0;
+};
+
+// Runs one reader call on a cleared bar array (one per process); the runtime
+// errors the readers define are expected, anything else is a finding.
+template <typename Call>
+void readAnyBytes(Call call)
+{
+    static marketdata::BarArray *const bars = new marketdata::BarArray;
+    bars->clear();
+    ReaderOutputs out{*bars};
+    try {
+        call(out);
+    } catch (const base::RuntimeError &) {
+    }
+}
 
 } // namespace fuzz

@@ -3,11 +3,9 @@
 
 #include "FuzzSupport.h"
 
-#include "base/RuntimeError.h"
 #include "marketdata/Readers.h"
 
 #include <algorithm>
-#include <memory>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -18,15 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const bool shanghai = code.startsWith(u'6') || code.startsWith(u'1');
     fuzz::writeFile(shanghai ? QStringLiteral("DATA/SH/day.dat") : QStringLiteral("DATA/SZ/day.dat"), in.data, in.size);
 
-    static const auto bars = std::make_unique<marketdata::BarArray>();
-    bars->clear();
-    int16_t count = 0;
-    float low = 0, high = 0;
-    int32_t lowDate = 0, highDate = 0;
-    try {
+    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
         marketdata::ReadFenxijia(fuzz::folder(), code, period, (in.selector & 4) ? 20000101 : 0,
-                                 (in.selector & 4) ? 20201231 : 0, *bars, count, low, high, lowDate, highDate);
-    } catch (const base::RuntimeError &) {
-    }
+                                 (in.selector & 4) ? 20201231 : 0,
+                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    });
     return 0;
 }

@@ -4,11 +4,8 @@
 
 #include "FuzzSupport.h"
 
-#include "base/RuntimeError.h"
 #include "marketdata/MarketSettings.h"
 #include "marketdata/Readers.h"
-
-#include <memory>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -23,16 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     fuzz::writeFile(QStringLiteral("data/shase/day/") + stem + QStringLiteral(".day"), in.data, in.size);
     marketdata::setDataPath(fuzz::folder());
 
-    static const auto bars = std::make_unique<marketdata::BarArray>();
-    bars->clear();
-    int16_t count = 0;
-    float low = 0, high = 0;
-    int32_t lowDate = 0, highDate = 0;
-    try {
+    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
         marketdata::ReadQianlong(fuzz::folder(), index ? QStringLiteral("1A0001") : QStringLiteral("600000"), period,
-                                 (in.selector & 8) ? 19990101 : 0, (in.selector & 8) ? 20201231 : 0, *bars, count,
-                                 low, high, lowDate, highDate);
-    } catch (const base::RuntimeError &) {
-    }
+                                 (in.selector & 8) ? 19990101 : 0, (in.selector & 8) ? 20201231 : 0,
+                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    });
     return 0;
 }

@@ -4,11 +4,8 @@
 
 #include "FuzzSupport.h"
 
-#include "base/RuntimeError.h"
 #include "marketdata/MarketSettings.h"
 #include "marketdata/Readers.h"
-
-#include <memory>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -22,15 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     fuzz::writeFile(QStringLiteral("data/sznse/day/000002.day"), in.data, in.size);
     marketdata::setDataPath(fuzz::folder());
 
-    static const auto bars = std::make_unique<marketdata::BarArray>();
-    bars->clear();
-    int16_t count = 0;
-    float low = 0, high = 0;
-    int32_t lowDate = 0, highDate = 0;
-    try {
+    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
         marketdata::ReadShenglong(fuzz::folder(), QStringLiteral("000002"), period, (in.selector & 4) ? 19990101 : 0,
-                                  (in.selector & 4) ? 20201231 : 0, *bars, count, low, high, lowDate, highDate);
-    } catch (const base::RuntimeError &) {
-    }
+                                  (in.selector & 4) ? 20201231 : 0,
+                                  o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    });
     return 0;
 }

@@ -3,11 +3,9 @@
 
 #include "FuzzSupport.h"
 
-#include "base/RuntimeError.h"
 #include "marketdata/Readers.h"
 
 #include <algorithm>
-#include <memory>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -16,16 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const int16_t period = static_cast<int16_t>(std::max(1, in.selector & 3));
     fuzz::writeFile(QStringLiteral("600000.txt"), in.data, in.size);
 
-    static const auto bars = std::make_unique<marketdata::BarArray>();
-    bars->clear();
-    int16_t count = 0;
-    float low = 0, high = 0;
-    int32_t lowDate = 0, highDate = 0;
-    try {
+    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
         marketdata::ReadTextBars(fuzz::folder(), QStringLiteral("600000"), period, 0, 0,
-                                 QLatin1String(layouts[(in.selector >> 2) & 7]), *bars, count, low, high, lowDate,
-                                 highDate);
-    } catch (const base::RuntimeError &) {
-    }
+                                 QLatin1String(layouts[(in.selector >> 2) & 7]),
+                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    });
     return 0;
 }
