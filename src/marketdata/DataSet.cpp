@@ -85,7 +85,7 @@ DataSet::DataSet(QWidget *parent) : ui::Form(parent)
     Drive1 = new QComboBox(Frame1);
     Drive1->setObjectName(QStringLiteral("Drive1"));
     Drive1->addItems(driveTexts());
-    Drive1->setCurrentIndex(-1);
+    Drive1->setCurrentIndex(0); // "/", the drive of the folder the list starts in; no change event yet
     Dir1 = new DirList(Frame1);
     Dir1->setObjectName(QStringLiteral("Dir1"));
     resumeNext([&] { Dir1->setPath(QDir::currentPath()); }); // as a directory list starts

@@ -47,7 +47,6 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
     // Some thousand sums of one journal: one read transaction for all.
     const store::ReadBatch batch(db);
     const QString who = QStringLiteral(" from havewhat where userid='") + user + u'\'';
-    int16_t row = 1;
     float price = 0.0f;
     float marketTotal = 0.0f;
     float costTotal = 0.0f;
@@ -113,13 +112,11 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
 
                 resumeNext([&] { marketTotal = base::toSingle(double(marketTotal) + double(price) * held); });
                 resumeNext([&] { costTotal = base::toSingle(double(costTotal) + divide(costIn, bought) * held); });
-                resumeNext([&] { row = base::add16(row, 1); });
             }
             resumeNext([&] { codes.MoveNext(); });
         }
     }
     (void)costTotal; // kept like the original figure, shown nowhere
-    (void)row;
 
     out.marketValue = base::singleText(marketTotal);
 

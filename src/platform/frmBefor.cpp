@@ -47,7 +47,6 @@ QLineEdit *figureBox(QWidget *parent, const char *name)
 {
     auto *e = new QLineEdit(parent);
     e->setObjectName(QString::fromLatin1(name));
-    e->setReadOnly(false);
     return e;
 }
 
