@@ -11,7 +11,8 @@ using base::resumeNext;
 
 namespace {
 
-// First field of the first row of a one-value query; null gives `ifNull`.
+// First field of the first row of a one-value query (a null QVariant for a
+// sum over no rows).
 QVariant scalar(store::Database &db, const QString &sql)
 {
     store::Recordset rs = db.openRecordset(sql);
