@@ -55,14 +55,6 @@ QLineEdit *textBox(const char *name, QWidget *parent)
     return t;
 }
 
-QPushButton *button(const char *name, const QString &caption, QWidget *parent)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(QLatin1String(name));
-    b->setAutoDefault(false);
-    return b;
-}
-
 } // namespace
 
 DataSet::DataSet(QWidget *parent) : ui::Form(parent)
@@ -89,8 +81,8 @@ DataSet::DataSet(QWidget *parent) : ui::Form(parent)
     Dir1 = new DirList(Frame1);
     Dir1->setObjectName(QStringLiteral("Dir1"));
     resumeNext([&] { Dir1->setPath(QDir::currentPath()); }); // as a directory list starts
-    Command1 = button("Command1", QStringLiteral("确定"), this);
-    Command2 = button("Command2", QStringLiteral("取消"), this);
+    Command1 = ui::button(this, "Command1", QStringLiteral("确定"));
+    Command2 = ui::button(this, "Command2", QStringLiteral("取消"));
 
     auto *grid = new QGridLayout(Frame1);
     grid->addWidget(Label1, 0, 0);

@@ -9,6 +9,7 @@
 #include "reports/QueryGrid.h"
 #include "store/FeeRates.h"
 #include "ui/FlexGrid.h"
+#include "ui/Form.h"
 
 #include <QAction>
 #include <QApplication>
@@ -86,9 +87,7 @@ frmBefor::frmBefor(QWidget *parent)
     } buttons[5] = {{"Command1", "买人股票"}, {"Command2", "卖出股票"}, {"Command3", "存入资金"},
                     {"Command4", "提取资金"}, {"Command5", "持股列表"}};
     for (int i = 0; i < 5; ++i) {
-        auto *b = new QPushButton(QString::fromUtf8(buttons[i].caption), central);
-        b->setObjectName(QString::fromLatin1(buttons[i].name));
-        b->setAutoDefault(false);
+        QPushButton *b = ui::button(central, buttons[i].name, QString::fromUtf8(buttons[i].caption));
         left->addWidget(b);
         if (i < 4) {
             connect(b, &QPushButton::clicked, this, base::guarded([this, i] { openEntry(i); }));

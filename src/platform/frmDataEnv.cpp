@@ -26,14 +26,6 @@ const FeeBox kFeeBoxes[6] = {
     {"上海最低收费", "RMB"}, {"上海 B 股交易费率", "%"}, {"深圳 B 股交易费率", "%"},
 };
 
-QPushButton *button(QWidget *parent, const char *name, const char *caption)
-{
-    auto *b = new QPushButton(QString::fromUtf8(caption), parent);
-    b->setObjectName(QString::fromLatin1(name));
-    b->setAutoDefault(false);
-    return b;
-}
-
 } // namespace
 
 frmDataEnv::frmDataEnv(QWidget *parent) : ui::Form(parent)
@@ -73,10 +65,10 @@ frmDataEnv::frmDataEnv(QWidget *parent) : ui::Form(parent)
     m_grid = new ui::FlexGrid(this);
     m_grid->setObjectName(QStringLiteral("MSHFlexGrid1"));
 
-    auto *cmd1 = button(this, "Command1", "修改");
-    auto *cmd2 = button(this, "Command2", "执行");
-    auto *cmd3 = button(this, "Command3", "取消");
-    auto *cmd4 = button(this, "Command4", "设置股票数据");
+    auto *cmd1 = ui::button(this, "Command1", QStringLiteral("修改"));
+    auto *cmd2 = ui::button(this, "Command2", QStringLiteral("执行"));
+    auto *cmd3 = ui::button(this, "Command3", QStringLiteral("取消"));
+    auto *cmd4 = ui::button(this, "Command4", QStringLiteral("设置股票数据"));
     connect(cmd1, &QPushButton::clicked, this, base::guarded([this] { command1Click(); }));
     connect(cmd2, &QPushButton::clicked, this, base::guarded([this] { command2Click(); }));
     connect(cmd3, &QPushButton::clicked, this, base::guarded([this] { unload(); }));

@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTextEdit>
 
 namespace ui {
@@ -114,6 +115,14 @@ void focusAndSelect(QWidget *w)
         sb->selectAll();
     else if (auto *te = qobject_cast<QTextEdit *>(w))
         te->selectAll();
+}
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption)
+{
+    auto *b = new QPushButton(caption, parent);
+    b->setObjectName(QLatin1String(name));
+    b->setAutoDefault(false);
+    return b;
 }
 
 } // namespace ui

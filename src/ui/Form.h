@@ -14,6 +14,8 @@
 
 #include <functional>
 
+class QPushButton;
+
 namespace ui {
 
 class Form : public QDialog {
@@ -44,5 +46,9 @@ private:
 void onEnter(QWidget *w, std::function<void()> action);
 void onAnyKey(QWidget *w, std::function<void(int key)> action);
 void focusAndSelect(QWidget *w);
+
+// A push button named `name` (its objectName) that does not take Enter as
+// the default button: Enter belongs to the field chains of the windows.
+QPushButton *button(QWidget *parent, const char *name, const QString &caption);
 
 } // namespace ui
