@@ -179,8 +179,8 @@ int main(int argc, char **argv)
         buy.GetMame(kUser, kPower);
         s.shot(&buy, QStringLiteral("buy"));
         if (auto *picker = child<QDateEdit>(&buy, "DTPicker1")) {
-            picker->setFocus();
-            QTest::keyClick(picker, Qt::Key_F4);
+            // A click on the drop-down arrow at the right end opens it.
+            QTest::mouseClick(picker, Qt::LeftButton, {}, QPoint(picker->width() - 6, picker->height() / 2));
             QWidget *calendar = picker->calendarWidget()->window();
             s.shotScreen(buy.frameGeometry().united(calendar->frameGeometry()), QStringLiteral("calendar"));
             calendar->hide();
