@@ -25,7 +25,7 @@ namespace marketdata {
 
 using base::resumeNext;
 
-const DataSource kDataSources[7] = {
+const DataSource kDataSources[kDataSourceCount] = {
     {"钱龙", "c:\\ml30", "\\DATA\\SHASE", "\\DATA\\SZNSE", nullptr},
     {"胜龙", "C:\\slon", "\\Data\\Sh", "\\Data\\Sz", nullptr},
     {"分析家", "c:\\superstk", nullptr, nullptr, nullptr},
@@ -33,6 +33,7 @@ const DataSource kDataSources[7] = {
     {"GET Text", "c:\\gettext", nullptr, nullptr, "格式：MM/DD/YYYY,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"},
     {"MetaStock Text", "c:\\metatext", nullptr, nullptr, "格式：YYYYMMDD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"},
     {"Time Trader Text", "c:\\ttext", nullptr, nullptr, "格式：MM/DD/YYYY,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT"},
+    {"通达信", "c:\\new_tdx", "\\vipdoc\\sh\\lday", "\\vipdoc\\sz\\lday", "格式：通达信 vipdoc 日线"},
 };
 
 namespace {
@@ -40,6 +41,12 @@ namespace {
 QString dateSetName()
 {
     return base::programFolder() + QStringLiteral("\\dateset.dat");
+}
+
+// The list row of an index, null outside the list.
+const DataSource *sourceAt(int index)
+{
+    return index >= 0 && index < kDataSourceCount ? &kDataSources[index] : nullptr;
 }
 
 QLabel *label(const char *name, const QString &text, QWidget *parent)
@@ -162,30 +169,29 @@ void DataSet::selectSource(int16_t index)
 
 void DataSet::comboClick(int index)
 {
-    if (index < 0 || index > 6)
+    const DataSource *s = sourceAt(index);
+    if (!s)
         return;
-    const DataSource &s = kDataSources[index];
-    Text1->setText(QString::fromUtf8(s.defaultDir));
-    if (s.shanghaiSubPath) {
-        Text2->setText(Text1->text() + QString::fromLatin1(s.shanghaiSubPath));
-        Text3->setText(Text1->text() + QString::fromLatin1(s.shenzhenSubPath));
+    Text1->setText(QString::fromUtf8(s->defaultDir));
+    if (s->shanghaiSubPath) {
+        Text2->setText(Text1->text() + QString::fromLatin1(s->shanghaiSubPath));
+        Text3->setText(Text1->text() + QString::fromLatin1(s->shenzhenSubPath));
     } else if (index == 2) {
         Text2->setText(Text1->text());
         Text3->setText(Text1->text());
     }
-    if (s.formatHint)
-        Label5->setText(QString::fromUtf8(s.formatHint));
+    if (s->formatHint)
+        Label5->setText(QString::fromUtf8(s->formatHint));
 }
 
 void DataSet::text1Change()
 {
-    const int index = Combo1->currentIndex();
-    if (index < 0 || index > 6)
+    const DataSource *s = sourceAt(Combo1->currentIndex());
+    if (!s)
         return;
-    const DataSource &s = kDataSources[index];
     const QString dir = Text1->text();
-    Text2->setText(s.shanghaiSubPath ? dir + QString::fromLatin1(s.shanghaiSubPath) : dir);
-    Text3->setText(s.shenzhenSubPath ? dir + QString::fromLatin1(s.shenzhenSubPath) : dir);
+    Text2->setText(s->shanghaiSubPath ? dir + QString::fromLatin1(s->shanghaiSubPath) : dir);
+    Text3->setText(s->shenzhenSubPath ? dir + QString::fromLatin1(s->shenzhenSubPath) : dir);
 }
 
 void DataSet::dir1Change()
@@ -203,8 +209,9 @@ void DataSet::drive1Change()
 
 void DataSet::command1Click()
 {
-    const int index = Combo1->currentIndex();
-    if (index == 0 || index == 1) {
+    // Sources with their own Shanghai and Shenzhen folders check both.
+    const DataSource *s = sourceAt(Combo1->currentIndex());
+    if (s && s->shanghaiSubPath) {
         const bool shanghai = base::dirExists(Text2->text());
         const bool shenzhen = base::dirExists(Text3->text());
         if (!shanghai)

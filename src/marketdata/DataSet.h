@@ -29,7 +29,8 @@ struct DataSource {
     const char *shenzhenSubPath;
     const char *formatHint;      // null: the hint is left as it stands
 };
-extern const DataSource kDataSources[7];
+constexpr int kDataSourceCount = 8;
+extern const DataSource kDataSources[kDataSourceCount];
 
 class DataSet : public ui::Form {
     Q_OBJECT

@@ -34,4 +34,31 @@ QString qianlongIndexStem(const QString &code)
     return code;
 }
 
+TdxSecurity tdxSecurity(const QString &code)
+{
+    static const struct {
+        const char *prefix;
+        const char *market;
+        int divisor;
+    } table[] = {
+        // Shanghai: A shares, the 科创板, the index codes; B shares are quoted
+        // in US dollars to the tenth of a cent; funds; convertible bonds.
+        {"60", "sh", 100}, {"68", "sh", 100}, {"1A", "sh", 100}, {"1B", "sh", 100}, {"90", "sh", 1000},
+        {"50", "sh", 1000}, {"51", "sh", 1000}, {"52", "sh", 1000}, {"56", "sh", 1000}, {"58", "sh", 1000},
+        {"11", "sh", 1000},
+        // Shenzhen: A shares, the 创业板, B shares, indexes; funds; convertible bonds.
+        {"00", "sz", 100}, {"30", "sz", 100}, {"20", "sz", 100}, {"39", "sz", 100},
+        {"15", "sz", 1000}, {"16", "sz", 1000}, {"18", "sz", 1000}, {"12", "sz", 1000},
+        // Beijing.
+        {"43", "bj", 100}, {"83", "bj", 100}, {"87", "bj", 100}, {"92", "bj", 100},
+    };
+    if (code.size() != 6)
+        return {};
+    const QStringView head = QStringView(code).left(2);
+    for (const auto &row : table)
+        if (head == QLatin1String(row.prefix))
+            return {QString::fromLatin1(row.market), qianlongIndexStem(code), row.divisor};
+    return {};
+}
+
 } // namespace marketdata

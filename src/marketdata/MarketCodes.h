@@ -16,7 +16,22 @@ enum class Market { None, Shanghai, Shenzhen };
 Market marketOf(const QString &code, std::span<const char *const> shanghaiPrefixes);
 
 // The stem under which the 钱龙 package stores a Shanghai index ("1A0001" ->
-// "000001"); other codes come back unchanged.
+// "000001", the exchange's own index code); other codes come back unchanged.
 QString qianlongIndexStem(const QString &code);
+
+// Where the 通达信 package keeps a security's daily bars and in what unit:
+// vipdoc\<market>\lday\<market><stem>.day, prices as whole hundredths
+// (shares, indexes) or thousandths (funds, bonds, Shanghai B shares) of the
+// currency unit.
+struct TdxSecurity {
+    QString market; // "sh", "sz" or "bj"; empty: no such file
+    QString stem;   // the six-digit code of the file name
+    int priceDivisor = 0;
+};
+
+// The class of a 6-character code by its first two characters, as the
+// package files it; the Shanghai index codes "1A0001" .. "1B0008" name the
+// exchange's index files (sh000001 ...). Any other code has no file.
+TdxSecurity tdxSecurity(const QString &code);
 
 } // namespace marketdata

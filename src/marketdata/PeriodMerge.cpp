@@ -1,4 +1,5 @@
-// Daily bars merged into weekly or monthly bars (the 分析家 and text readers).
+// Daily bars merged into weekly or monthly bars (the 分析家, text and 通达信
+// readers), and the collection of the days they read.
 
 #include "Readers.h"
 
@@ -47,6 +48,38 @@ void addTo(float &sum, float v)
 }
 
 } // namespace
+
+DayBars::DayBars(BarArray &bars, int16_t period) : m_bars(bars), m_period(period)
+{
+    if (period != 1)
+        m_work = std::make_unique<BarArray>();
+}
+
+void DayBars::add(const StockBar &bar)
+{
+    if (bar.High > m_high) {
+        m_high = bar.High;
+        m_highDate = bar.Date;
+    }
+    if (bar.Low < m_low) {
+        m_low = bar.Low;
+        m_lowDate = bar.Date;
+    }
+    (m_work ? *m_work : m_bars)[m_next] = bar;
+    ++m_next;
+}
+
+void DayBars::finish(int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate)
+{
+    if (m_period == 1)
+        count = static_cast<int16_t>(m_next - 1);
+    else if (m_period == 2 || m_period == 3)
+        count = mergePeriodBars(*m_work, m_next - 1, m_period, m_bars);
+    minLow = m_low;
+    maxHigh = m_high;
+    minLowDate = m_lowDate;
+    maxHighDate = m_highDate;
+}
 
 int16_t mergePeriodBars(const BarArray &work, int last, int16_t period, BarArray &bars)
 {

@@ -34,6 +34,11 @@ void CalcChartRange(const BarArray &bars, int16_t count, int16_t offset, int16_t
     }
 }
 
+QString quoteSourceFor(int16_t dataFormat)
+{
+    return dataFormat == kTdxSource ? QStringLiteral("7") : QStringLiteral("0");
+}
+
 void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
                  QuoteState &state, const DrawChart &drawChart)
 {
@@ -55,7 +60,7 @@ void QuoteLookup(const QString &dataDir, const QString &source, const QString &c
     } table[] = {
         {"0", ReadQianlong, nullptr}, {"1", ReadShenglong, nullptr}, {"2", ReadFenxijia, nullptr},
         {"3", nullptr, "CSV"},        {"4", nullptr, "GET"},        {"5", nullptr, "METATEXT"},
-        {"6", nullptr, "TT2"},
+        {"6", nullptr, "TT2"},        {"7", ReadTdx, nullptr},
     };
     for (const auto &row : table) {
         if (source != QLatin1String(row.source))

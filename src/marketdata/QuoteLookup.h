@@ -48,10 +48,18 @@ struct QuoteState {
 using DrawChart = std::function<void(const BarArray &bars, int16_t count, float highestHigh, float lowestLow)>;
 
 // source "0" 钱龙, "1" 胜龙, "2" 分析家, "3" CSV, "4" GET, "5" METATEXT,
-// "6" TT2 text; any other text reads nothing. The code is trimmed and
+// "6" TT2 text, "7" 通达信; any other text reads nothing. The code is trimmed and
 // upper-cased. lastClose is written only when the count is not 0.
 void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
                  QuoteState &state, const DrawChart &drawChart = {});
+
+// The index of the 通达信 files in the settings' source list.
+constexpr int16_t kTdxSource = 7;
+
+// The source text the main window's lookups ask for under the settings'
+// DataFormat: "7" for the 通达信 files; for every other choice "0", the 钱龙
+// reader looking under whatever directory the settings hold.
+QString quoteSourceFor(int16_t dataFormat);
 
 // The range of bars count - n - offset (at least 1) to count - offset.
 // When it holds no bar the values are 0, 10000, -1e9, 1e9, -1e9, 1e9.

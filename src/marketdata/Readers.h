@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 
 namespace marketdata {
 
@@ -43,6 +44,37 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
 void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
                   const QString &layout, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
                   int32_t &minLowDate, int32_t &maxHighDate);
+
+// 通达信 files: dataDir\vipdoc\sh|sz|bj\lday\<market><code>.day, 32-byte
+// records of days, oldest first; periods 2 and 3 merge them into weeks and
+// months, the week or month still running being the last bar. A length that
+// is no multiple of 32 ignores the partial record; a file that cannot be read
+// counts as no file. Periods other than 1 to 3 read nothing.
+void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
+             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
+             int32_t &maxHighDate);
+
+// The daily bars a reader keeps, in the order it reads them, with the lowest
+// low and highest high and their dates (strict comparisons: on a tie the
+// earlier bar stays). Period 1 stores straight into the caller's array, any
+// other period into a work array of 20000 days that finish() merges for
+// periods 2 and 3; a day beyond 20000 raises the subscript error.
+class DayBars {
+public:
+    DayBars(BarArray &bars, int16_t period);
+    void add(const StockBar &bar);
+    // count: the days kept (period 1) or the merged bars (periods 2 and 3;
+    // another period leaves it); then the four extremes.
+    void finish(int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate);
+
+private:
+    BarArray &m_bars;
+    int16_t m_period;
+    std::unique_ptr<BarArray> m_work;
+    int m_next = 1;
+    float m_low = 100000, m_high = 0;
+    int32_t m_lowDate = 0, m_highDate = 0;
+};
 
 // Merges daily bars work[1 .. last] into one bar per calendar week (period 2;
 // weeks begin on Sunday, week 1 holds 1 January) or month (period 3), the year

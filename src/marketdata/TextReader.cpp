@@ -9,7 +9,6 @@
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 
-#include <memory>
 
 namespace marketdata {
 
@@ -133,39 +132,13 @@ void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, i
     file.read(0, bytes.data(), bytes.size());
     const QString text = base::fromGbk(bytes);
 
-    float workHigh = 0, workLow = 100000;
-    int32_t workHighDate = 0, workLowDate = 0;
-    std::unique_ptr<BarArray> work;
-    if (period != 1)
-        work = std::make_unique<BarArray>();
-    int k = 1;
+    DayBars days(bars, period);
     for (const QStringView line : splitTextLines(text)) {
         const StockBar bar = textBar(splitTextFields(line), layout);
-        if (bar.Date == 0)
-            continue;
-        if (bar.High > workHigh) {
-            workHigh = bar.High;
-            workHighDate = bar.Date;
-        }
-        if (bar.Low < workLow) {
-            workLow = bar.Low;
-            workLowDate = bar.Date;
-        }
-        if (period == 1)
-            bars[k] = bar;
-        else
-            (*work)[k] = bar;
-        ++k;
+        if (bar.Date != 0)
+            days.add(bar);
     }
-
-    if (period == 1)
-        count = static_cast<int16_t>(k - 1);
-    else if (period == 2 || period == 3)
-        count = mergePeriodBars(*work, k - 1, period, bars);
-    minLow = workLow;
-    maxHigh = workHigh;
-    minLowDate = workLowDate;
-    maxHighDate = workHighDate;
+    days.finish(count, minLow, maxHigh, minLowDate, maxHighDate);
 }
 
 } // namespace marketdata

@@ -23,6 +23,11 @@ QString dataPath()
     return marketdata::DataPath();
 }
 
+QString quoteSource()
+{
+    return marketdata::quoteSourceFor(marketdata::DataFormat());
+}
+
 QuoteSession::QuoteSession() : m_state(std::make_unique<State>()) {}
 
 QuoteSession::~QuoteSession() = default;

@@ -14,6 +14,9 @@ class PictureBox;
 // (GetDateSet of a hidden DataSet window), and the folder they name.
 void loadMarketSettings();
 QString dataPath();
+// The source text of the window's lookups: "7" when the settings choose the
+// 通达信 files, "0" for every other choice.
+QString quoteSource();
 
 class QuoteSession {
 public:
@@ -21,7 +24,7 @@ public:
     ~QuoteSession();
 
     // Reads the daily bars of `code` through the reader of `source` ("0" to
-    // "6"), writes lastClose when bars were found and, with a box, draws the
+    // "7"), writes lastClose when bars were found and, with a box, draws the
     // chart of the last bars into it.
     void lookup(const QString &dataDir, const QString &source, const QString &code, PictureBox *chartBox,
                 float &lastClose);

@@ -200,7 +200,7 @@ void frmBefor::HoldList()
     platform::HoldList(
         m_db, m_userName,
         [this](const QString &code, float &price) {
-            quoteLookup(platform::dataPath(), QStringLiteral("0"), code, false, price);
+            quoteLookup(platform::dataPath(), platform::quoteSource(), code, false, price);
         },
         h);
 
@@ -292,7 +292,7 @@ void frmBefor::quoteLookup(const QString &dataDir, const QString &source, const 
 void frmBefor::gridClick()
 {
     float close = 0;
-    quoteLookup(platform::dataPath(), QStringLiteral("0"), m_grid->textMatrix(m_grid->row(), 1), true, close);
+    quoteLookup(platform::dataPath(), platform::quoteSource(), m_grid->textMatrix(m_grid->row(), 1), true, close);
 }
 
 void frmBefor::gridDoubleClick()
