@@ -85,8 +85,9 @@ TEST_F(DataSetTest, SourcesPathsAndHints)
 {
     DataSet w;
     w.show();
-    EXPECT_EQ(combo(w)->count(), 7);
+    EXPECT_EQ(combo(w)->count(), 8);
     EXPECT_EQ(combo(w)->itemText(6), QStringLiteral("Time Trader Text"));
+    EXPECT_EQ(combo(w)->itemText(7), QStringLiteral("通达信"));
 
     // Index, Text1 .. Text3 (empty: not checked), hint. 钱龙 keeps the last hint.
     const QString csv = QStringLiteral("格式：YYYY/MM/DD,OPEN,HIGH,LOW,CLOSE,VOLUME,OPENINT");
@@ -156,6 +157,32 @@ TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)
     back.GetDateSet();
     EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(comma.chopped(2), int16_t(2)));
     EXPECT_EQ(text(back, "Text1")->text(), comma.chopped(2));
+}
+
+TEST_F(DataSetTest, TdxEntryChecksBothFoldersAndIsKept)
+{
+    const QString tdx = makeDir(QStringLiteral("tdx/vipdoc/sh/lday")).chopped(15);
+    DataSet w;
+    w.show();
+    QTest::keyClick(combo(w), Qt::Key_End);
+    EXPECT_EQ(texts(w), (QStringList{"c:\\new_tdx", "c:\\new_tdx\\vipdoc\\sh\\lday", "c:\\new_tdx\\vipdoc\\sz\\lday"}));
+    EXPECT_EQ(child<QLabel>(w, "Label5")->text(), QStringLiteral("格式：通达信 vipdoc 日线"));
+    text(w, "Text1")->selectAll();
+    QTest::keyClicks(text(w, "Text1"), tdx);
+    QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
+    EXPECT_EQ(messages, QStringList{QStringLiteral("深圳目录错误")});
+    EXPECT_EQ(fileBytes(), QByteArray("<none>"));
+
+    makeDir(QStringLiteral("tdx/vipdoc/SZ/Lday")); // found in any letter case
+    messages.clear();
+    QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
+    EXPECT_TRUE(messages.isEmpty());
+    EXPECT_EQ(fileBytes(), " 7 \r\n" + tdx.toLocal8Bit() + "\r\n");
+    DataSet back;
+    back.GetDateSet();
+    EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(tdx, int16_t(7)));
+    EXPECT_EQ(combo(back)->currentIndex(), 7);
+    EXPECT_EQ(text(back, "Text2")->text(), tdx + QStringLiteral("\\vipdoc\\sh\\lday"));
 }
 
 TEST_F(DataSetTest, DamagedFilesAreReadStepByStep)

@@ -91,6 +91,19 @@ inline QByteArray qlRec(int32_t date, double open, double high, double low, doub
     return rec40(date, m(open), m(high), m(low), m(close), amount, volume);
 }
 
+// A 32-byte 通达信 record: date, open, high, low, close as stored (whole
+// hundredths or thousandths), amount as a float, volume, 4 reserved bytes.
+inline QByteArray tdxRec(uint32_t date, uint32_t open, uint32_t high, uint32_t low, uint32_t close, float amount = 0,
+                         uint32_t volume = 0)
+{
+    QByteArray r(32, '\x5a');
+    for (int i = 0; const uint32_t v : {date, open, high, low, close})
+        qToLittleEndian<uint32_t>(v, r.data() + 4 * i++);
+    qToLittleEndian<float>(amount, r.data() + 20);
+    qToLittleEndian<uint32_t>(volume, r.data() + 24);
+    return r;
+}
+
 // 分析家 day.dat: a header, 64-byte index entries (code, record count R, 25
 // block numbers), then 8192-byte blocks of 32-byte records.
 struct FxjRecord {

@@ -15,6 +15,7 @@ TEST(QuoteLookup, DispatchesOnSourceText)
     d.write(QStringLiteral("data/shase/day/600000.day"), qlRec(20240102, 1, 2, 0.5, 1.5) + qlRec(20240103, 1, 2, 0.5, 1.75));
     d.write(QStringLiteral("data/sh/day/600000.day"), rec40(20240102, 1000, 2250, 3000, 500, 0, 0));
     d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"600000", {{beijingMidnight(2024, 1, 2), 1, 2, 0.5f, 3.25f, 1, 1}}}}));
+    d.write(QStringLiteral("vipdoc/sh/lday/sh600000.day"), tdxRec(20240102, 100, 200, 50, 625));
     d.write(QStringLiteral("600000.txt"), "2024/01/02,1,2,0.5,4.5,1,1\r\n"
                                           "20240102,1,2,0.5,5.5,1,1\r\n");
     // Equal lows keep the first line's date, which each layout cuts its own
@@ -26,7 +27,8 @@ TEST(QuoteLookup, DispatchesOnSourceText)
         int32_t minLowDate;
     } cases[] = {{"0", 1.75f, 2, 20240102}, {"1", 2.25f, 1, 20240102},
                  {"2", 3.25f, 1, beijingMidnight(2024, 1, 2)},
-                 {"3", 5.5f, 2, 20240102}, {"4", 5.5f, 2, 1}, {"5", 5.5f, 2, 2024}, {"6", 5.5f, 2, 1}};
+                 {"3", 5.5f, 2, 20240102}, {"4", 5.5f, 2, 1}, {"5", 5.5f, 2, 2024}, {"6", 5.5f, 2, 1},
+                 {"7", 6.25f, 1, 20240102}};
     QuoteState state;
     float last = -1;
     for (const auto &c : cases) {
@@ -38,8 +40,14 @@ TEST(QuoteLookup, DispatchesOnSourceText)
     }
     // Any other source reads nothing: the count stays, and the close is that
     // of the fresh, zeroed array.
-    QuoteLookup(d.path(), QStringLiteral("7"), QStringLiteral("600000"), false, last, state);
+    state.count = 2;
+    QuoteLookup(d.path(), QStringLiteral("8"), QStringLiteral("600000"), false, last, state);
     EXPECT_EQ(std::make_pair(state.count, last), std::make_pair(int16_t(2), 0.0f));
+
+    // The main window asks for the 通达信 files only when the settings choose
+    // them; every other choice reads the 钱龙 files.
+    for (int16_t format = -1; format <= 8; ++format)
+        EXPECT_EQ(quoteSourceFor(format), QLatin1String(format == 7 ? "7" : "0")) << format;
 }
 
 TEST(QuoteLookup, StateKeptBetweenCalls)
