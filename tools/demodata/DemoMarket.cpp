@@ -1,6 +1,8 @@
 #include "DemoMarket.h"
 
+#include "marketdata/MarketCodes.h"
 #include "marketdata/MarketSettings.h"
+#include "marketdata/QuoteLookup.h"
 #include "marketdata/StockList.h"
 
 #include <QDate>
@@ -9,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace demodata {
 
@@ -91,6 +94,30 @@ bool writeFile(const QString &path, const QByteArray &bytes)
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile f(path);
     return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size();
+}
+
+bool writeQianlongFiles(const QString &market, const DemoStock &s, const std::vector<StockBar> &days)
+{
+    const QString stem = marketdata::qianlongIndexStem(s.code);
+    const QString dir = market + (s.shanghai ? QStringLiteral("/data/shase/") : QStringLiteral("/data/sznse/"));
+    bool ok = writeFile(dir + QStringLiteral("day/") + stem + QStringLiteral(".day"), qianlongFile(days));
+    ok = writeFile(dir + QStringLiteral("week/") + stem + QStringLiteral(".wek"),
+                   qianlongFile(finishedPeriodBars(days, 2))) && ok;
+    return writeFile(dir + QStringLiteral("month/") + stem + QStringLiteral(".mnt"),
+                     qianlongFile(finishedPeriodBars(days, 3))) && ok;
+}
+
+// The package keeps days only: weeks and months are built from them.
+bool writeTdxFiles(const QString &market, const DemoStock &s, const std::vector<StockBar> &days)
+{
+    const marketdata::TdxSecurity security = marketdata::tdxSecurity(s.code);
+    QByteArray bytes;
+    bytes.reserve(static_cast<qsizetype>(days.size()) * 32);
+    for (const StockBar &b : days)
+        bytes += tdxRecord(b, security.priceDivisor);
+    return writeFile(market + QStringLiteral("/vipdoc/") + security.market + QStringLiteral("/lday/") + security.market
+                         + security.stem + QStringLiteral(".day"),
+                     bytes);
 }
 
 } // namespace
@@ -216,6 +243,22 @@ QByteArray qianlongFile(const std::vector<StockBar> &bars)
     return out;
 }
 
+QByteArray tdxRecord(const StockBar &bar, int priceDivisor)
+{
+    QByteArray rec(32, '\0');
+    char *p = rec.data();
+    auto price = [&](float v) { return static_cast<int32_t>(std::lround(static_cast<double>(v) * priceDivisor)); };
+    put32(p, bar.Date);
+    put32(p + 4, price(bar.Open));
+    put32(p + 8, price(bar.High));
+    put32(p + 12, price(bar.Low));
+    put32(p + 16, price(bar.Close));
+    const float amount = bar.Amount * 1000.0f;
+    std::memcpy(p + 20, &amount, 4);
+    put32(p + 24, static_cast<int32_t>(std::lround(bar.Volume * 100.0)));
+    return rec;
+}
+
 QByteArray stockListFile(const QList<DemoStock> &stocks)
 {
     QStringList records;
@@ -232,20 +275,15 @@ bool makeDemoMarket(const QString &programFolder, const DemoOptions &options)
     bool ok = true;
     for (int i = 0; i < stocks.size(); ++i) {
         const DemoStock &s = stocks[i];
-        const QString stem = s.code == QStringLiteral("1A0001") ? QStringLiteral("000001") : s.code;
-        const QString dir = market + (s.shanghai ? QStringLiteral("/data/shase/") : QStringLiteral("/data/sznse/"));
         const std::vector<StockBar> days = demoDailyBars(i, options);
-        ok = writeFile(dir + QStringLiteral("day/") + stem + QStringLiteral(".day"), qianlongFile(days)) && ok;
-        ok = writeFile(dir + QStringLiteral("week/") + stem + QStringLiteral(".wek"),
-                       qianlongFile(finishedPeriodBars(days, 2))) && ok;
-        ok = writeFile(dir + QStringLiteral("month/") + stem + QStringLiteral(".mnt"),
-                       qianlongFile(finishedPeriodBars(days, 3))) && ok;
+        ok = (options.tdx ? writeTdxFiles(market, s, days) : writeQianlongFiles(market, s, days)) && ok;
         if (s.code != QStringLiteral("1A0001"))
             (s.shanghai ? shanghai : shenzhen).append(s);
     }
     ok = writeFile(programFolder + QStringLiteral("/GpSz"), stockListFile(shenzhen)) && ok;
     ok = writeFile(programFolder + QStringLiteral("/GpSh"), stockListFile(shanghai)) && ok;
-    ok = writeFile(programFolder + QStringLiteral("/dateset.dat"), marketdata::dateSetFileBytes(0, market)) && ok;
+    const int16_t source = options.tdx ? marketdata::kTdxSource : 0;
+    ok = writeFile(programFolder + QStringLiteral("/dateset.dat"), marketdata::dateSetFileBytes(source, market)) && ok;
     return ok;
 }
 

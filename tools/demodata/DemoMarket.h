@@ -1,7 +1,8 @@
 #pragma once
-// A small demonstration market: 钱龙-layout daily, weekly and monthly files of
-// real-looking Shanghai and Shenzhen stocks, the stock-list files GpSz and GpSh
-// and a dateset.dat pointing at the market folder. Deterministic: the same
+// A small demonstration market: 钱龙-layout daily, weekly and monthly files
+// (or 通达信-layout daily files) of real-looking Shanghai and Shenzhen stocks,
+// the stock-list files GpSz and GpSh and a dateset.dat pointing at the market
+// folder. Deterministic: the same
 // options always give the same bytes.
 
 #include "marketdata/StockBar.h"
@@ -27,6 +28,7 @@ struct DemoOptions {
     int32_t lastDate = 20240628;
     uint64_t seed = 20240628;
     bool withIndex = true;    // the Shanghai composite index (1A0001, file 000001)
+    bool tdx = false;         // the 通达信 layout instead of the 钱龙 one
 };
 
 // The stocks the options describe, in the order they are written.
@@ -45,11 +47,17 @@ std::vector<marketdata::StockBar> finishedPeriodBars(const std::vector<marketdat
 QByteArray qianlongRecord(const marketdata::StockBar &bar);
 QByteArray qianlongFile(const std::vector<marketdata::StockBar> &bars);
 
+// One 32-byte 通达信 record in the package's units: prices in whole
+// hundredths or thousandths (priceDivisor), amount in yuan (a float), volume
+// in shares, 4 zero bytes. The demo bars count lots and thousands of yuan.
+QByteArray tdxRecord(const marketdata::StockBar &bar, int priceDivisor);
+
 // The list-file text of `stocks` (marketdata::stockListFileBytes).
 QByteArray stockListFile(const QList<DemoStock> &stocks);
 
-// Writes <folder>/market/data/{shase,sznse}/{day,week,month}/..., <folder>/GpSz,
-// <folder>/GpSh and <folder>/dateset.dat (index 0, the market folder).
+// Writes <folder>/market/data/{shase,sznse}/{day,week,month}/... (with tdx:
+// <folder>/market/vipdoc/{sh,sz}/lday/...), <folder>/GpSz, <folder>/GpSh and
+// <folder>/dateset.dat (index 0, or 7 with tdx; the market folder).
 // Returns false when a file cannot be written.
 bool makeDemoMarket(const QString &programFolder, const DemoOptions &options);
 

@@ -1,6 +1,7 @@
-// tessaly-demodata <program-folder> [--stocks N] [--bars N] [--account]
-// Writes a small demonstration market and the files that point the program at it;
-// with --account also the demo account in the folder's user2.mdb.
+// tessaly-demodata <program-folder> [--stocks N] [--bars N] [--tdx] [--account]
+// Writes a small demonstration market and the files that point the program at it
+// (with --tdx in the 通达信 layout); with --account also the demo account in the
+// folder's user2.mdb.
 
 #include "DemoAccount.h"
 #include "DemoMarket.h"
@@ -24,6 +25,8 @@ int main(int argc, char **argv)
             options.stocks = args[++i].toInt(&ok);
         else if (a == QStringLiteral("--bars") && i + 1 < args.size())
             options.bars = args[++i].toInt(&ok);
+        else if (a == QStringLiteral("--tdx"))
+            options.tdx = true;
         else if (a == QStringLiteral("--account"))
             account = true;
         else if (!a.startsWith(QStringLiteral("--")) && folder.isEmpty())
@@ -31,12 +34,12 @@ int main(int argc, char **argv)
         else
             ok = false;
         if (!ok || options.stocks < 1 || options.bars < 1 || options.bars > 20000) {
-            std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000] [--account]\n");
+            std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000] [--tdx] [--account]\n");
             return 2;
         }
     }
     if (folder.isEmpty()) {
-        std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000]\n");
+        std::fprintf(stderr, "usage: tessaly-demodata <program-folder> [--stocks N] [--bars N<=20000] [--tdx] [--account]\n");
         return 2;
     }
     if (!demodata::makeDemoMarket(folder, options)) {
