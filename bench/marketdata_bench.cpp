@@ -1,5 +1,6 @@
 // Quote lookup over a demonstration market of 300 stocks with 4,000 daily
-// bars each, against reading the same bytes with a plain loop.
+// bars each, in the 钱龙 and the 通达信 layout, against reading the 钱龙
+// bytes with a plain loop.
 #include "Bench.h"
 
 #include "DemoMarket.h"
@@ -58,20 +59,23 @@ float plainLastClose(const QByteArray &path, std::vector<char> &buffer, double &
 
 TESSALY_BENCH(marketdata_quote)
 {
-    QTemporaryDir folder;
+    QTemporaryDir folder, tdxFolder;
     demodata::DemoOptions options;
     options.stocks = kStocks;
     options.bars = kBars;
-    if (!demodata::makeDemoMarket(folder.path(), options)) {
+    demodata::DemoOptions tdxOptions = options;
+    tdxOptions.tdx = true;
+    if (!demodata::makeDemoMarket(folder.path(), options) || !demodata::makeDemoMarket(tdxFolder.path(), tdxOptions)) {
         std::fprintf(stderr, "marketdata bench: cannot write the demo market\n");
         return;
     }
     const QString market = folder.path() + QStringLiteral("/market");
+    const QString tdxMarket = tdxFolder.path() + QStringLiteral("/market");
     marketdata::setDataPath(market);
     const QList<demodata::DemoStock> stocks = demodata::demoStocks(options);
 
-    std::vector<double> quote, plain;
-    double quoteSum = 0, plainSum = 0, checksum = 0;
+    std::vector<double> quote, tdx, plain;
+    double quoteSum = 0, tdxSum = 0, plainSum = 0, checksum = 0;
     std::vector<QByteArray> paths;
     for (const auto &s : stocks)
         paths.push_back(QFile::encodeName(dayFile(market, s)));
@@ -88,12 +92,22 @@ TESSALY_BENCH(marketdata_quote)
         quote.push_back(t.nsecsElapsed() / 1e6);
 
         t.restart();
+        marketdata::QuoteState tdxState;
+        for (const auto &s : stocks) {
+            float last = 0;
+            marketdata::QuoteLookup(tdxMarket, QStringLiteral("7"), s.code, false, last, tdxState);
+            tdxSum += last;
+        }
+        tdx.push_back(t.nsecsElapsed() / 1e6);
+
+        t.restart();
         for (const QByteArray &p : paths)
             plainSum += plainLastClose(p, buffer, checksum);
         plain.push_back(t.nsecsElapsed() / 1e6);
     }
-    if (quoteSum != plainSum)
-        std::fprintf(stderr, "marketdata bench: closes differ (%f vs %f)\n", quoteSum, plainSum);
+    if (quoteSum != plainSum || tdxSum != plainSum)
+        std::fprintf(stderr, "marketdata bench: closes differ (%f, %f vs %f)\n", quoteSum, tdxSum, plainSum);
     bench::figure(QStringLiteral("quote_300x4000_ms"), bench::median(quote), QStringLiteral("ms"));
+    bench::figure(QStringLiteral("tdx_quote_300x4000_ms"), bench::median(tdx), QStringLiteral("ms"));
     bench::figure(QStringLiteral("plain_read_300x4000_ms"), bench::median(plain), QStringLiteral("ms"));
 }

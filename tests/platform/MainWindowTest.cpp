@@ -1,9 +1,14 @@
 #include "Journal.h"
 #include "support/TestFolder.h"
 #include "platform/frmBefor.h"
+#include "marketdata/MarketSettings.h"
+#include "platform/PictureBox.h"
 #include "ui/FlexGrid.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -65,6 +70,42 @@ TEST_F(MainWindowTest, LoadShowsCaptionReminderHoldingsAndFigures)
     // percentage cannot be taken.
     EXPECT_EQ(text("Text2"), "0");
     EXPECT_EQ(text("Text3"), "");
+}
+
+TEST_F(MainWindowTest, TdxChosenInTheSettingsValuesAndChartsFromItsFiles)
+{
+    // The real daily file of 300425 (last close 31.85) in a 通达信 folder
+    // named in another letter case and with backslashes.
+    QDir().mkpath(folder.file(QStringLiteral("tdx/vipdoc/sz/lday")));
+    QFile::copy(QStringLiteral(TESSALY_TEST_DATA "/real/sz300425.tdx.day"),
+                folder.file(QStringLiteral("tdx/vipdoc/sz/lday/sz300425.day")));
+    {
+        store::Database db = store::openUserDatabase();
+        addTrade(db, {"300425", kBuy, 30, 100, 0});
+    }
+    const struct {
+        int16_t index;
+        const char *marketValue;
+        bool chart;
+    } cases[] = {{7, "3185", true}, {1, "0", false}}; // any other choice asks the 钱龙 reader
+    for (const auto &c : cases) {
+        QFile dateset(folder.file(QStringLiteral("dateset.dat")));
+        ASSERT_TRUE(dateset.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        dateset.write(marketdata::dateSetFileBytes(c.index, folder.path() + QStringLiteral("\\TDX")));
+        dateset.close();
+        open();
+        EXPECT_EQ(text("Text2"), c.marketValue) << c.index;
+
+        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, grid()->visualRect(grid()->model()->index(1, 1)).center());
+        const QImage chart = w->findChild<platform::PictureBox *>(QStringLiteral("pPic1"))->image();
+        int red = 0, blue = 0;
+        for (int y = 0; y < chart.height(); ++y)
+            for (int x = 0; x < chart.width(); ++x) {
+                red += chart.pixelColor(x, y) == QColor(255, 0, 0);
+                blue += chart.pixelColor(x, y) == QColor(0, 0, 255);
+            }
+        EXPECT_EQ(red > 0 && blue > 0, c.chart) << c.index;
+    }
 }
 
 TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
