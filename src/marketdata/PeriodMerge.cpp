@@ -55,20 +55,6 @@ DayBars::DayBars(BarArray &bars, int16_t period) : m_bars(bars), m_period(period
         m_work = std::make_unique<BarArray>();
 }
 
-void DayBars::add(const StockBar &bar)
-{
-    if (bar.High > m_high) {
-        m_high = bar.High;
-        m_highDate = bar.Date;
-    }
-    if (bar.Low < m_low) {
-        m_low = bar.Low;
-        m_lowDate = bar.Date;
-    }
-    (m_work ? *m_work : m_bars)[m_next] = bar;
-    ++m_next;
-}
-
 void DayBars::finish(int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate)
 {
     if (m_period == 1)

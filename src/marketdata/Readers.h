@@ -62,7 +62,19 @@ void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_
 class DayBars {
 public:
     DayBars(BarArray &bars, int16_t period);
-    void add(const StockBar &bar);
+    void add(StockBar bar) // by value: the bar stays in registers
+    {
+        (m_work ? *m_work : m_bars)[m_next] = bar;
+        ++m_next;
+        if (bar.High > m_high) {
+            m_high = bar.High;
+            m_highDate = bar.Date;
+        }
+        if (bar.Low < m_low) {
+            m_low = bar.Low;
+            m_lowDate = bar.Date;
+        }
+    }
     // count: the days kept (period 1) or the merged bars (periods 2 and 3;
     // another period leaves it); then the four extremes.
     void finish(int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate);
