@@ -77,7 +77,7 @@ TEST_F(MainWindowTest, TdxChosenInTheSettingsValuesAndChartsFromItsFiles)
     // The real daily file of 300425 (last close 31.85) in a 通达信 folder
     // named in another letter case and with backslashes.
     QDir().mkpath(folder.file(QStringLiteral("tdx/vipdoc/sz/lday")));
-    QFile::copy(QStringLiteral(TESSALY_TEST_DATA "/real/sz300425.tdx.day"),
+    QFile::copy(QString::fromUtf8(TESSALY_TEST_DATA "/real/sz300425.tdx.day"),
                 folder.file(QStringLiteral("tdx/vipdoc/sz/lday/sz300425.day")));
     {
         store::Database db = store::openUserDatabase();
