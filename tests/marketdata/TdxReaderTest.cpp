@@ -147,7 +147,6 @@ TEST(TdxReader, BadFilesFailCleanly)
     } cases[] = {
         {"600000", 1, 0, 20000},
         {"600001", 1, base::ErrSubscript, -7},
-        {"600001", 2, base::ErrSubscript, -7}, // the work array of days holds 20000
         {"600002", 1, 0, 0},
         {"600003", 1, base::ErrOverflow, -7},
         {"600004", 1, 0, 2},
