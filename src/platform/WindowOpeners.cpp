@@ -3,6 +3,7 @@
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 #include "frmDataEnv.h"
+#include "import/frmImport.h"
 #include "marketdata/DataSet.h"
 #include "reports/frmCha.h"
 #include "reports/frmJyrec.h"
@@ -52,6 +53,11 @@ void openEntryWindow(QWidget *parent, int which, const QString &user, const QStr
     default:
         break;
     }
+}
+
+void openImportWindow(QWidget *parent, const QString &user, const QString &power)
+{
+    showModal<frmImport>(parent, user, power);
 }
 
 void openReportWindow(QWidget *parent, const QString &caption, const QString &user, const QString &power)

@@ -616,10 +616,19 @@ sqlite3 *connectionOf(const std::shared_ptr<Database::Impl> &impl)
 }
 } // namespace
 
-void Database::execute(const QString &sql)
+namespace {
+void bindAll(sqlite3_stmt *st, const QVariantList &params, int first = 1)
+{
+    for (int i = 0; i < params.size(); ++i)
+        bindValue(st, first + i, params[i]);
+}
+} // namespace
+
+void Database::execute(const QString &sql, const QVariantList &params)
 {
     sqlite3 *db = connectionOf(m_impl);
     Statement st(db, sql, m_impl->name);
+    bindAll(st.get(), params);
     if (sqlite3_column_count(st.get()) > 0)
         raise(ErrSelectNotExecutable, QStringLiteral("不能执行选定查询。"));
     if (!sqlite3_stmt_readonly(st.get()))
@@ -668,6 +677,30 @@ ReadBatch::~ReadBatch()
     if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db)
         && sqlite3_exec(m_db->db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
         sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+Transaction::Transaction(Database &db)
+{
+    sqlite3 *c = connectionOf(db.m_impl);
+    const int rc = sqlite3_exec(c, "BEGIN", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        raiseEngine(c, rc, db.m_impl->name);
+    m_db = db.m_impl;
+}
+
+Transaction::~Transaction()
+{
+    if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db))
+        sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit()
+{
+    sqlite3 *c = connectionOf(m_db);
+    const int rc = sqlite3_exec(c, "COMMIT", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        raiseEngine(c, rc, m_db->name);
+    m_db.reset();
 }
 
 Database openUserDatabase()
@@ -791,7 +824,7 @@ Recordset::~Recordset() = default;
 Recordset::Recordset(Recordset &&) noexcept = default;
 Recordset &Recordset::operator=(Recordset &&) noexcept = default;
 
-Recordset Database::openRecordset(const QString &sql)
+Recordset Database::openRecordset(const QString &sql, const QVariantList &params)
 {
     sqlite3 *db = connectionOf(m_impl);
     auto rs = std::make_unique<Recordset::Impl>();
@@ -870,6 +903,7 @@ Recordset Database::openRecordset(const QString &sql)
     const int n = int(rs->columns.size());
 
     sqlite3_stmt *st = withId ? withId->get() : plain->get();
+    bindAll(st, params);
     const int offset = withId ? 1 : 0;
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
