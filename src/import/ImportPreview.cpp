@@ -357,8 +357,8 @@ QStringList previewCells(const PreviewRow &row)
             row.name,
             trade ? base::doubleText(row.price) : QString(),
             shares ? base::doubleText(row.quantity) : QString(),
-            money ? numberText(row.amount) : QString(),
-            trade ? numberText(double(row.feeFen) / 100.0) : QString(),
+            money ? QString::number(row.amount, 'f', 2) : QString(),
+            trade ? QString::number(double(row.feeFen) / 100.0, 'f', 2) : QString(),
             trade ? base::singleText(row.feeRate) : QString(),
             row.note};
 }
