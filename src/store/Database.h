@@ -75,11 +75,13 @@ public:
     bool isOpen() const;
 
     // Runs SQL text and returns the snapshot of its rows, positioned on the
-    // first row (or at BOF and EOF together when there is none).
-    Recordset openRecordset(const QString &sql);
+    // first row (or at BOF and EOF together when there is none). `params`
+    // are bound to the statement's placeholders (?) in order: integers and
+    // booleans as integers, doubles as reals, anything else as text.
+    Recordset openRecordset(const QString &sql, const QVariantList &params = {});
 
-    // Runs a statement that returns no rows.
-    void execute(const QString &sql);
+    // Runs a statement that returns no rows, with the same binding.
+    void execute(const QString &sql, const QVariantList &params = {});
 
     // The tables of the file, in the file's order, including the engine's own.
     QList<TableDef> tableDefs();
