@@ -59,12 +59,27 @@ public:
     // Applies everything dated up to and including `day`.
     void runTo(const QDate &day)
     {
-        while (m_ai < m_actionOrder.size() && actions[m_actionOrder[m_ai]].action.exDate <= day)
-            applyAction(actions[m_actionOrder[m_ai++]]);
-        while (m_ci < m_cashOrder.size() && m_journal.cash[m_cashOrder[m_ci]].date <= day)
-            applyCash(m_journal.cash[m_cashOrder[m_ci++]]);
-        while (m_ti < m_tradeOrder.size() && trades[m_tradeOrder[m_ti]].row.date <= day)
-            applyTrade(trades[m_tradeOrder[m_ti++]]);
+        for (;;) {
+            QDate next;
+            const auto consider = [&](const QDate &d) {
+                if (!next.isValid() || d < next)
+                    next = d;
+            };
+            if (m_ai < m_actionOrder.size())
+                consider(actions[m_actionOrder[m_ai]].action.exDate);
+            if (m_ci < m_cashOrder.size())
+                consider(m_journal.cash[m_cashOrder[m_ci]].date);
+            if (m_ti < m_tradeOrder.size())
+                consider(trades[m_tradeOrder[m_ti]].row.date);
+            if (!next.isValid() || next > day)
+                return;
+            while (m_ai < m_actionOrder.size() && actions[m_actionOrder[m_ai]].action.exDate == next)
+                applyAction(actions[m_actionOrder[m_ai++]]);
+            while (m_ci < m_cashOrder.size() && m_journal.cash[m_cashOrder[m_ci]].date == next)
+                applyCash(m_journal.cash[m_cashOrder[m_ci++]]);
+            while (m_ti < m_tradeOrder.size() && trades[m_tradeOrder[m_ti]].row.date == next)
+                applyTrade(trades[m_tradeOrder[m_ti++]]);
+        }
     }
 
     // The first and last valid dates of the journal (invalid when empty).
