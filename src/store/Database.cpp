@@ -383,7 +383,7 @@ void bindValue(sqlite3_stmt *st, int index, const QVariant &v)
 {
     if (v.isNull() || !v.isValid()) {
         sqlite3_bind_null(st, index);
-    } else if (v.typeId() == QMetaType::LongLong) {
+    } else if (v.typeId() == QMetaType::LongLong || v.typeId() == QMetaType::Int || v.typeId() == QMetaType::Bool) {
         sqlite3_bind_int64(st, index, v.toLongLong());
     } else if (v.typeId() == QMetaType::Double) {
         sqlite3_bind_double(st, index, v.toDouble());
@@ -432,6 +432,12 @@ public:
     Statement &operator=(const Statement &) = delete;
 
     sqlite3_stmt *get() const { return m_st; }
+
+    void bindAll(const QVariantList &params)
+    {
+        for (int i = 0; i < params.size(); ++i)
+            bindValue(m_st, i + 1, params[i]);
+    }
 
 private:
     sqlite3_stmt *m_st = nullptr;
@@ -616,19 +622,11 @@ sqlite3 *connectionOf(const std::shared_ptr<Database::Impl> &impl)
 }
 } // namespace
 
-namespace {
-void bindAll(sqlite3_stmt *st, const QVariantList &params, int first = 1)
-{
-    for (int i = 0; i < params.size(); ++i)
-        bindValue(st, first + i, params[i]);
-}
-} // namespace
-
 void Database::execute(const QString &sql, const QVariantList &params)
 {
     sqlite3 *db = connectionOf(m_impl);
     Statement st(db, sql, m_impl->name);
-    bindAll(st.get(), params);
+    st.bindAll(params);
     if (sqlite3_column_count(st.get()) > 0)
         raise(ErrSelectNotExecutable, QStringLiteral("不能执行选定查询。"));
     if (!sqlite3_stmt_readonly(st.get()))
@@ -902,8 +900,9 @@ Recordset Database::openRecordset(const QString &sql, const QVariantList &params
         preparePlain();
     const int n = int(rs->columns.size());
 
-    sqlite3_stmt *st = withId ? withId->get() : plain->get();
-    bindAll(st, params);
+    Statement &chosen = withId ? *withId : *plain;
+    chosen.bindAll(params);
+    sqlite3_stmt *st = chosen.get();
     const int offset = withId ? 1 : 0;
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {

@@ -76,11 +76,11 @@ public:
 
     // Runs SQL text and returns the snapshot of its rows, positioned on the
     // first row (or at BOF and EOF together when there is none). `params`
-    // are bound to the statement's ? placeholders in order, so values never
-    // become part of the SQL text.
+    // are bound to the statement's placeholders (?) in order: integers and
+    // booleans as integers, doubles as reals, anything else as text.
     Recordset openRecordset(const QString &sql, const QVariantList &params = {});
 
-    // Runs a statement that returns no rows, with bound `params` as above.
+    // Runs a statement that returns no rows, with the same binding.
     void execute(const QString &sql, const QVariantList &params = {});
 
     // The tables of the file, in the file's order, including the engine's own.
