@@ -1,5 +1,6 @@
 #include "ImportPreview.h"
 
+#include "analysis/CorporateActions.h"
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 #include "entry/TradeEntry.h"
@@ -14,10 +15,6 @@
 namespace importer {
 
 namespace {
-
-// Whether dividends, their tax and bonus shares can be stored: they belong
-// in the analysis' table of corporate actions.
-constexpr bool kCorporateActionsStored = false;
 
 struct OperationRule {
     const char *words; // any of them in the operation text, separated by '|'
@@ -105,8 +102,9 @@ qint64 toFen(double money)
     return qint64(std::llround(std::fabs(money) * 100.0));
 }
 
-// Fills a trade; a non-empty result is why the line is skipped.
-QString readTrade(const LineCells &cells, PreviewRow &row)
+// Code and name of a row about a stock; a non-empty result is why the line
+// is skipped.
+QString readStock(const LineCells &cells, PreviewRow &row)
 {
     row.code = cells.text(Column::Code);
     static const QRegularExpression sixDigits(QStringLiteral("^\\d{6}$"));
@@ -116,6 +114,14 @@ QString readTrade(const LineCells &cells, PreviewRow &row)
     row.name = cells.text(Column::Name);
     if (row.name.isEmpty())
         row.name = entry::kDefaultStockName;
+    return {};
+}
+
+// Fills a trade; a non-empty result is why the line is skipped.
+QString readTrade(const LineCells &cells, PreviewRow &row)
+{
+    if (QString bad = readStock(cells, row); !bad.isEmpty())
+        return bad;
 
     QString bad;
     const std::optional<double> quantity = cells.number(Column::Quantity, bad);
@@ -258,14 +264,14 @@ QList<PreviewRow> classify(const StatementTable &table, const QList<Column> &col
             }
             case RowKind::Dividend:
             case RowKind::DividendTax:
-                row.code = cells.text(Column::Code);
-                row.name = cells.text(Column::Name);
-                reason = readMoney(cells, row);
+                reason = readStock(cells, row);
+                if (reason.isEmpty())
+                    reason = readMoney(cells, row);
                 break;
             default: reason = readMoney(cells, row); break;
             }
-            if (reason.isEmpty() && isCorporateAction(row.kind) && !kCorporateActionsStored)
-                reason = QStringLiteral("%1：分红送配表尚未建立，不导入").arg(operation);
+            if (reason.isEmpty() && isCorporateAction(row.kind))
+                reason = analysis::checkActionFigures(actionOf(row, QString()));
         }
         if (!reason.isEmpty()) {
             row.kind = RowKind::Skipped;
@@ -305,6 +311,21 @@ QList<PreviewRow> classify(const StatementTable &table, const QList<Column> &col
         }
     }
     return rows;
+}
+
+analysis::CorporateAction actionOf(const PreviewRow &row, const QString &note)
+{
+    analysis::CorporateAction a;
+    a.code = row.code;
+    a.exDate = row.date;
+    if (row.kind == RowKind::Dividend)
+        a.bookedCashFen = toFen(row.amount);
+    else if (row.kind == RowKind::DividendTax)
+        a.taxFen = toFen(row.amount);
+    else if (row.kind == RowKind::BonusShares)
+        a.bookedShares = int64_t(std::llround(row.quantity));
+    a.note = note;
+    return a;
 }
 
 PreviewCounts countRows(const QList<PreviewRow> &rows)

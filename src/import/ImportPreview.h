@@ -5,6 +5,8 @@
 
 #include "StatementFile.h"
 
+#include "analysis/CorporateActions.h"
+
 #include <QHash>
 #include <QList>
 #include <QSet>
@@ -52,6 +54,10 @@ float rateForFee(double price, double quantity, qint64 feeFen);
 // fees that the trade details would raise to their minimum are flagged;
 // rows whose key is in `journal.importedKeys` are marked as imported before.
 QList<PreviewRow> classify(const StatementTable &table, const QList<Column> &columns, const JournalState &journal);
+
+// A dividend, its tax or bonus shares as the analysis stores them: what the
+// broker booked on the statement's date, with `note`.
+analysis::CorporateAction actionOf(const PreviewRow &row, const QString &note);
 
 struct PreviewCounts {
     int trades = 0, deposits = 0, withdrawals = 0, actions = 0, alreadyImported = 0, skipped = 0;

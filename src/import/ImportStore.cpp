@@ -82,8 +82,11 @@ StoreResult storeImport(const QList<PreviewRow> &rows, const QString &user, cons
                 entry::putCash(cash, row.kind == RowKind::Deposit ? entry::kDeposit : entry::kWithdrawal,
                                {user, row.date, QString::number(row.amount, 'f', 2), reason});
                 break;
-            default:
-                continue; // corporate actions have no table to go to yet
+            default: {
+                analysis::CorporateAction action = actionOf(row, reason);
+                analysis::addAction(db, user, action);
+                break;
+            }
             }
             db.execute(QStringLiteral("insert into %1 (userid, 标识, 文件, 导入时间) values (?, ?, ?, ?)")
                            .arg(kImportedTable),

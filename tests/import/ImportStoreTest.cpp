@@ -44,17 +44,18 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
 {
     const struct {
         const char *file;
-        int trades, deposits, withdrawals, skipped;
-    } files[] = {{"jiaogedan-2023.xls", 3, 1, 1, 4},
-                 {"statement-bom.csv", 3, 1, 1, 0},
-                 {"other-headers.txt", 3, 0, 0, 4},
-                 {"zijin-liushui.csv", 0, 2, 1, 1}};
+        int trades, deposits, withdrawals, actions, skipped;
+    } files[] = {{"jiaogedan-2023.xls", 3, 1, 1, 3, 1},
+                 {"statement-bom.csv", 3, 1, 1, 0, 0},
+                 {"other-headers.txt", 3, 0, 0, 0, 4},
+                 {"zijin-liushui.csv", 0, 2, 1, 0, 1}};
     for (const auto &f : files) {
         SCOPED_TRACE(f.file);
         const StoreResult r = import(f.file);
         EXPECT_EQ(r.stored.trades, f.trades);
         EXPECT_EQ(r.stored.deposits, f.deposits);
         EXPECT_EQ(r.stored.withdrawals, f.withdrawals);
+        EXPECT_EQ(r.stored.actions, f.actions);
         EXPECT_EQ(r.skipped, f.skipped);
         EXPECT_EQ(r.alreadyImported, 0);
     }
@@ -112,11 +113,24 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
         EXPECT_EQ(cash[i][4].toString(), QString::fromUtf8(money[i].operation));
     }
 
+    // Dividend, tax and bonus shares as booked, for the analysis.
+    store::Database db = store::openUserDatabase();
+    const std::vector<analysis::CorporateAction> actions = analysis::listActions(db, kUser);
+    db.close();
+    ASSERT_EQ(actions.size(), 3u);
+    EXPECT_EQ(actions[0].code, "600036");
+    EXPECT_EQ(actions[0].exDate, QDate(2023, 7, 10));
+    EXPECT_EQ(actions[0].bookedCashFen, 86900);
+    EXPECT_EQ(actions[1].taxFen, 8690);
+    EXPECT_EQ(actions[2].code, "000001");
+    EXPECT_EQ(actions[2].exDate, QDate(2023, 8, 15));
+    EXPECT_EQ(actions[2].bookedShares, 400);
+
     // Again: nothing new, every stored row counted as imported before.
-    const int again[] = {5, 5, 3, 3};
+    const int again[] = {8, 5, 3, 3};
     for (int i = 0; i < 4; ++i) {
         const StoreResult r = import(files[i].file);
-        EXPECT_EQ(r.stored.trades + r.stored.deposits + r.stored.withdrawals, 0) << files[i].file;
+        EXPECT_EQ(r.stored.trades + r.stored.deposits + r.stored.withdrawals + r.stored.actions, 0) << files[i].file;
         EXPECT_EQ(r.alreadyImported, again[i]) << files[i].file;
     }
     EXPECT_EQ(rowsOf(QStringLiteral("select * from havewhat")).size(), 9);
