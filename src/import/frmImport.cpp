@@ -22,7 +22,7 @@ namespace {
 
 // Twips of the preview columns: line, kind, date, code, name, price,
 // quantity, amount, fee, rate, note.
-const int kPreviewWidths[] = {200, 700, 900, 1400, 900, 1200, 900, 900, 1100, 900, 1000, 5200};
+const int kPreviewWidths[] = {200, 700, 900, 1400, 900, 1200, 900, 900, 1100, 900, 1300, 5200};
 
 const QColor kSkippedColor(128, 128, 128);
 const QColor kDoubtColor(200, 0, 0);
@@ -119,6 +119,8 @@ void frmImport::onCommand1Click()
 void frmImport::loadFile(const QString &path)
 {
     m_path = path;
+    if (m_Text1->text().trimmed() != path)
+        m_Text1->setText(path);
     m_table = importer::readStatementFile(path);
     readJournal();
     buildMapping();

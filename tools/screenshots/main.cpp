@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
+#include "import/frmImport.h"
 #include "marketdata/DataSet.h"
 #include "platform/frmBefor.h"
 #include "platform/frmDataEnv.h"
@@ -171,6 +172,16 @@ int main(int argc, char **argv)
         marketdata::DataSet dataSet(&main);
         s.shot(&dataSet, QStringLiteral("dataset"));
         dataSet.close();
+    }
+
+    {
+        // The preview of a statement from the repository's test data.
+        frmImport import(&main);
+        import.GetMame(kUser, kPower);
+        import.show();
+        import.loadFile(QStringLiteral(TESSALY_IMPORT_SAMPLE));
+        s.shot(&import, QStringLiteral("import"));
+        import.close();
     }
 
     main.FrmRef();
