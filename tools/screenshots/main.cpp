@@ -175,11 +175,15 @@ int main(int argc, char **argv)
     }
 
     {
-        // The preview of a statement from the repository's test data.
+        // The preview of a statement from the repository's test data, copied
+        // into the program folder so that the window shows a plain file name.
+        const QString name = QStringLiteral("交割单2023.xls");
+        QFile::copy(QStringLiteral(TESSALY_IMPORT_SAMPLE), folder + u'/' + name);
+        QDir::setCurrent(folder);
         frmImport import(&main);
         import.GetMame(kUser, kPower);
         import.show();
-        import.loadFile(QStringLiteral(TESSALY_IMPORT_SAMPLE));
+        import.loadFile(name);
         s.shot(&import, QStringLiteral("import"));
         import.close();
     }
