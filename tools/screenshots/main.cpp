@@ -4,6 +4,7 @@
 // and saves a PNG of each. Windows are shown without their modal loops, so
 // that one process can walk through all of them.
 
+#include "analysis/windows/frmAnalysis.h"
 #include "base/Paths.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
@@ -23,6 +24,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTabWidget>
 #include <QTest>
 
 #include <cstdio>
@@ -171,6 +173,21 @@ int main(int argc, char **argv)
         marketdata::DataSet dataSet(&main);
         s.shot(&dataSet, QStringLiteral("dataset"));
         dataSet.close();
+    }
+
+    {
+        // The analysis on its chart, the mouse over the last third of it.
+        analysis::frmAnalysis w(&main);
+        w.GetMame(kUser, kPower);
+        s.shot(&w, QStringLiteral("analysis-stocks"));
+        if (auto *tabs = child<QTabWidget>(&w, "tabAnalysis"))
+            tabs->setCurrentIndex(2);
+        if (auto *chart = child<QWidget>(&w, "chartValues")) {
+            Shooter::settle();
+            QTest::mouseMove(chart, QPoint(chart->width() * 2 / 3, chart->height() / 2));
+        }
+        s.shot(&w, QStringLiteral("analysis"));
+        w.close();
     }
 
     main.FrmRef();
