@@ -28,6 +28,8 @@ const QString kUser = QStringLiteral("ZHANG");
 void journal()
 {
     store::Database db = store::openUserDatabase();
+    // Rate 0 and no minimum fee: figures that can be followed by hand.
+    db.execute(QStringLiteral("update 税率表 set 深圳最低收费=0, 上海最低收费=0"));
     db.execute(QStringLiteral("insert into 资金表 values (?, '2024-01-02', 100000, '', '存入')"), {kUser});
     const auto trade = [&](const char *date, double price, double shares, const char *op) {
         db.execute(QStringLiteral("insert into havewhat values (?, '600000', '浦发银行', ?, ?, ?, 0, ?, ?)"),
@@ -92,6 +94,8 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
 
     // 10送3 today (the date box's default), refused first for a stock not held.
     whenModal([](QWidget *a) {
+        EXPECT_EQ(child<QLineEdit>(a, "txtCode")->text(), QStringLiteral("600000")); // the stock row selected
+        child<QLineEdit>(a, "txtCode")->clear();
         QTest::keyClicks(child<QLineEdit>(a, "txtCode"), QStringLiteral("000001"));
         QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
         QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
@@ -107,7 +111,7 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     });
     QTest::mouseClick(child<QPushButton>(w.get(), "cmdActions"), Qt::LeftButton);
     ASSERT_EQ(messages.size(), 2);
-    EXPECT_TRUE(messages[0].contains(QStringLiteral("之前没有持有 000001")));
+    EXPECT_TRUE(messages[0].contains(QStringLiteral("之前没有持有 000001"))) << messages[0].toStdString();
     EXPECT_EQ(messages[1], QStringLiteral("“送股”不是有效的数字（最多 4 位小数）！"));
 
     store::Database db = store::openUserDatabase();
