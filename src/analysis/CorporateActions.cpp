@@ -44,11 +44,25 @@ auto tied(const CorporateAction &a)
 
 bool operator==(const CorporateAction &a, const CorporateAction &b) { return tied(a) == tied(b); }
 
-void ensureActionTable(store::Database &db) { db.execute(kCreate); }
+bool hasTable(store::Database &db, const QString &name)
+{
+    return db.openRecordset(QStringLiteral("select count(*) from sqlite_master where type='table' and name=?"), {name})
+               .field(0)
+               .toLongLong()
+        > 0;
+}
+
+void ensureActionTable(store::Database &db)
+{
+    // Checked first, so that only the first use writes to the file.
+    if (!hasTable(db, kActionTable))
+        db.execute(kCreate);
+}
 
 std::vector<CorporateAction> listActions(store::Database &db, const QString &user)
 {
-    ensureActionTable(db);
+    if (!hasTable(db, kActionTable))
+        return {};
     store::Recordset rs = db.openRecordset(QStringLiteral("select ") + kColumns
                                                + QStringLiteral(" from 分红送配 where userid=? order by 除权日期, id"),
                                            {user});
@@ -93,7 +107,8 @@ int64_t addAction(store::Database &db, const QString &user, CorporateAction &act
 
 bool deleteAction(store::Database &db, const QString &user, int64_t id)
 {
-    ensureActionTable(db);
+    if (!hasTable(db, kActionTable))
+        return false;
     store::Recordset rs = db.openRecordset(QStringLiteral("select count(*) from 分红送配 where userid=? and id=?"),
                                            {user, qint64(id)});
     if (rs.field(0).toLongLong() == 0)

@@ -59,8 +59,11 @@ bool operator==(const CorporateAction &a, const CorporateAction &b);
 // Creates the table when the file does not have it yet (same file, same key).
 void ensureActionTable(store::Database &db);
 
+// Whether the journal file has a table of that name.
+bool hasTable(store::Database &db, const QString &name);
+
 // The actions of `user` (the upper-case userid), by ex-date, then in the order
-// they were stored. Creates the table when it is missing.
+// they were stored; none while the table does not exist.
 std::vector<CorporateAction> listActions(store::Database &db, const QString &user);
 
 // Stores a new action of `user` and returns its row id (also written into

@@ -148,3 +148,31 @@ QString yuanText(int64_t fen)
 }
 
 } // namespace analysis
+
+namespace analysis {
+
+std::optional<int64_t> parseScaled(const QString &text, int decimals)
+{
+    const QString t = text.trimmed();
+    int64_t value = 0;
+    int fraction = -1; // digits after the point, -1 before it
+    int digits = 0;
+    for (const QChar ch : t) {
+        if (ch == u'.' && fraction < 0) {
+            fraction = 0;
+            continue;
+        }
+        if (ch < u'0' || ch > u'9' || ++digits > 15)
+            return std::nullopt;
+        if (fraction >= 0 && ++fraction > decimals)
+            return std::nullopt;
+        value = value * 10 + (ch.unicode() - u'0');
+    }
+    if (t == QStringLiteral("."))
+        return std::nullopt;
+    for (int i = std::max(fraction, 0); i < decimals; ++i)
+        value *= 10;
+    return value;
+}
+
+} // namespace analysis

@@ -51,3 +51,13 @@ std::optional<int64_t> tradeFeeFen(double price, int64_t shares, float rate, con
 QString yuanText(int64_t fen);
 
 } // namespace analysis
+
+namespace analysis {
+
+// A decimal typed into a box, as a whole number of 10^-decimals units:
+// "3" with 4 decimals is 30000, "1.25" with 2 is 125; blanks around it are
+// dropped and an empty text is 0. nullopt for anything else (letters, a
+// sign, more decimals than allowed, too many digits).
+std::optional<int64_t> parseScaled(const QString &text, int decimals);
+
+} // namespace analysis

@@ -16,20 +16,13 @@ void ensureImportedTable(store::Database &db)
                    .arg(kImportedTable));
 }
 
-bool importedTableExists(store::Database &db)
-{
-    store::Recordset rs = db.openRecordset(
-        QStringLiteral("select name from sqlite_master where type='table' and name=?"), {kImportedTable});
-    return !(rs.BOF() && rs.EOF_());
-}
-
 } // namespace
 
 JournalState readJournalState(store::Database &db, const QString &user)
 {
     store::ReadBatch batch(db);
     JournalState state;
-    if (importedTableExists(db)) {
+    if (analysis::hasTable(db, kImportedTable)) {
         store::Recordset rs =
             db.openRecordset(QStringLiteral("select 标识 from %1 where userid=?").arg(kImportedTable), {user});
         for (; !rs.EOF_(); rs.MoveNext())
@@ -41,6 +34,9 @@ JournalState readJournalState(store::Database &db, const QString &user)
         {entry::kBuy.operation, user});
     for (; !rs.EOF_(); rs.MoveNext())
         state.heldShares.insert(rs.field(0).toString(), rs.field(1).toDouble());
+    // Bonus shares booked before (by an import or by hand) are held too.
+    for (const analysis::CorporateAction &a : analysis::listActions(db, user))
+        state.heldShares[a.code] += double(a.bookedShares);
     return state;
 }
 

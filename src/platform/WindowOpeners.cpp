@@ -1,5 +1,6 @@
 #include "WindowOpeners.h"
 
+#include "analysis/windows/frmAnalysis.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 #include "frmDataEnv.h"
@@ -68,6 +69,11 @@ void openReportWindow(QWidget *parent, const QString &caption, const QString &us
         showModal<frmZjin>(parent, user, power);
     else if (caption == QStringLiteral("赢亏记录"))
         showModal<frmYkui>(parent, user, power);
+}
+
+void openAnalysisWindow(QWidget *parent, const QString &user, const QString &power)
+{
+    showModal<analysis::frmAnalysis>(parent, user, power);
 }
 
 void openPerStockRecords(QWidget *parent, const QString &user, const QString &power, const QString &code)

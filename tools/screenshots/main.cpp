@@ -4,6 +4,7 @@
 // and saves a PNG of each. Windows are shown without their modal loops, so
 // that one process can walk through all of them.
 
+#include "analysis/windows/frmAnalysis.h"
 #include "base/Paths.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
@@ -24,6 +25,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTabWidget>
 #include <QTest>
 
 #include <cstdio>
@@ -174,6 +176,20 @@ int main(int argc, char **argv)
         dataSet.close();
     }
 
+    {
+        // The analysis on its chart, the mouse over the last third of it.
+        analysis::frmAnalysis w(&main);
+        w.GetMame(kUser, kPower);
+        s.shot(&w, QStringLiteral("analysis-stocks"));
+        if (auto *tabs = child<QTabWidget>(&w, "tabAnalysis"))
+            tabs->setCurrentIndex(2);
+        if (auto *chart = child<QWidget>(&w, "chartValues")) {
+            Shooter::settle();
+            QTest::mouseMove(chart, QPoint(chart->width() * 2 / 3, chart->height() / 2));
+        }
+        s.shot(&w, QStringLiteral("analysis"));
+        w.close();
+    }
     {
         // The preview of a statement from the repository's test data, copied
         // into the program folder so that the window shows a plain file name.
