@@ -32,8 +32,14 @@ mkdir -p "$out"
 out="$(cd "$out" && pwd)"
 shots="$(cd "$build" && pwd)/tools/screenshots/tessaly-screenshots"
 # A real X server (not the offscreen platform) so that fonts, styles and the
-# window sizes are those a user sees; started in the program folder, as the
-# program is, so that the folder list of the data-path window shows it.
-(cd "$app" && env -u QT_QPA_PLATFORM LANG=zh_CN.UTF-8 \
+# window sizes are those a user sees; with the program folder as home, so
+# that the folder list of the data-path window (it starts at home) shows it.
+(cd "$app" && env -u QT_QPA_PLATFORM LANG=zh_CN.UTF-8 HOME="$app" \
   xvfb-run -a -s "-screen 0 1280x800x24" "$shots" "$app" "$out")
+# The chart once more at 200 % scaling: drawn at device pixels, as sharp as the text.
+scaled="$app/scaled"
+mkdir -p "$scaled"
+(cd "$app" && env -u QT_QPA_PLATFORM LANG=zh_CN.UTF-8 HOME="$app" QT_SCALE_FACTOR=2 \
+  xvfb-run -a -s "-screen 0 2560x1600x24" "$shots" "$app" "$scaled" >/dev/null)
+cp "$scaled/main-chart.png" "$out/main-chart-scale2.png"
 echo "screenshots written to $out"

@@ -2,6 +2,8 @@
 // user to the main window.
 #include "platform/frmBefor.h"
 #include "store/frmLogin.h"
+#include "UserFolder.h"
+#include "ui/Language.h"
 #include "ui/MsgBox.h"
 
 #include <QApplication>
@@ -45,6 +47,9 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(QStringLiteral("Tessaly"));
     QApplication::setQuitOnLastWindowClosed(false);
     ui::installErrorBox();
+    ui::useChineseLanguage();
+    if (!app::prepareProgramFolder())
+        return 1;
 
     frmLogin login;
     QObject::connect(&login, &frmLogin::loggedIn, [](const QString &name, const QString &role) {

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QStringList>
 
 #include <sys/stat.h>
@@ -37,9 +38,20 @@ QString programFolder()
 {
     if (!folderOverride().isEmpty())
         return folderOverride();
-    if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
-    return QDir::currentPath();
+    if (!QCoreApplication::instance())
+        return QDir::currentPath();
+    // Decided once: a journal appearing beside the executable later does not
+    // move a running program.
+    static const QString chosen = [] {
+        const QString own = QCoreApplication::applicationDirPath();
+        return QFileInfo::exists(own + QStringLiteral("/user2.mdb")) ? own : userDataFolder();
+    }();
+    return chosen;
+}
+
+QString userDataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
 void setProgramFolder(const QString &folder)

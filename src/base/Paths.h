@@ -7,9 +7,14 @@
 
 namespace base {
 
-// The folder of the executable, unless a test has pointed it elsewhere.
+// The folder every file of the program is looked up in. The executable's
+// folder when it holds a user2.mdb (a portable program folder, as in the
+// build tree); otherwise the user's data folder. A test may point it elsewhere.
 QString programFolder();
 void setProgramFolder(const QString &folder);
+
+// The user's own data folder (~/.local/share/Tessaly on Linux).
+QString userDataFolder();
 
 // Resolves a path text: "\" and "/" both separate components; a component is
 // matched case-insensitively when the exact name is missing; a drive-letter

@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSaveFile>
 #include <QVBoxLayout>
 
 
@@ -80,7 +81,7 @@ DataSet::DataSet(QWidget *parent) : ui::Form(parent)
     Drive1->setCurrentIndex(0); // "/", the drive of the folder the list starts in; no change event yet
     Dir1 = new DirList(Frame1);
     Dir1->setObjectName(QStringLiteral("Dir1"));
-    resumeNext([&] { Dir1->setPath(QDir::currentPath()); }); // as a directory list starts
+    resumeNext([&] { Dir1->setPath(QDir::homePath()); }); // the user's home, where his data usually lies
     Command1 = ui::button(this, "Command1", QStringLiteral("确定"));
     Command2 = ui::button(this, "Command2", QStringLiteral("取消"));
 
@@ -224,11 +225,13 @@ void DataSet::SaveDateSet()
 {
     const auto index = static_cast<int16_t>(Combo1->currentIndex());
     const QString directory = Text1->text();
-    QFile f(base::resolvePath(dateSetName()));
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    // Written beside the old file and renamed over it: a crash or a full disk
+    // leaves the previous settings whole, never an empty or half file.
+    QSaveFile f(base::resolvePath(dateSetName()));
+    f.setDirectWriteFallback(true); // a folder that only lets the file itself be written
+    const QByteArray bytes = dateSetFileBytes(index, directory);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
         throw base::RuntimeError(75, QStringLiteral("路径/文件访问错误"));
-    f.write(dateSetFileBytes(index, directory));
-    f.close();
     setDataPath(directory);
     setDataFormat(index);
 }

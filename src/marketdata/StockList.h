@@ -4,6 +4,7 @@
 // from the GpSz and GpSh files of the program folder; read by the buy window.
 
 #include <QString>
+#include <QStringList>
 
 namespace marketdata {
 
@@ -22,5 +23,10 @@ void clearStockList();
 
 // Reads "\GpSz" then "\GpSh" of the program folder.
 void LoadStockList();
+
+// The bytes of such a file (GBK): every record code & name, with a marker
+// character in front when that makes 11 characters or more, each followed by
+// the character with code 1, on one line ended by CR LF.
+QByteArray stockListFileBytes(const QStringList &records);
 
 } // namespace marketdata

@@ -4,6 +4,7 @@
 #include "ListInput.h"
 #include "StockList.h"
 
+#include "base/Gbk.h"
 #include "base/Paths.h"
 
 namespace marketdata {
@@ -47,6 +48,18 @@ void LoadStockList()
     setStockList(slot, QStringLiteral("1a0001 上证指数"));
     setStockCount(slot + 1);
     setStockList(slot + 1, QStringLiteral("1a0002 Ａ股指数"));
+}
+
+QByteArray stockListFileBytes(const QStringList &records)
+{
+    QString item;
+    for (const QString &record : records) {
+        if (record.size() >= 11)
+            item += u'#';
+        item += record;
+        item += QChar(1);
+    }
+    return base::toGbk(item + QStringLiteral("\r\n"));
 }
 
 } // namespace marketdata

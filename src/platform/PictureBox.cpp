@@ -17,15 +17,20 @@ PictureBox::PictureBox(QWidget *parent) : QWidget(parent)
 
 void PictureBox::ensureImage()
 {
-    // The image only grows, so a drawing made in a larger window is kept.
-    const QSize want = size().expandedTo(m_image.size()).expandedTo(QSize(1, 1));
-    if (m_image.size() == want)
+    // The image holds device pixels (twice as many each way at 200 %), so
+    // candles are as sharp as the text; everything is drawn on it in logical
+    // units. It only grows, so a drawing made in a larger window is kept.
+    const qreal dpr = devicePixelRatioF();
+    const QSize logical = m_image.isNull() ? QSize() : m_image.deviceIndependentSize().toSize();
+    const QSize want = size().expandedTo(logical).expandedTo(QSize(1, 1));
+    if (logical == want && m_image.devicePixelRatio() == dpr)
         return;
-    QImage grown(want, QImage::Format_RGB32);
+    QImage grown(want * dpr, QImage::Format_RGB32);
+    grown.setDevicePixelRatio(dpr);
     grown.fill(Qt::white);
     if (!m_image.isNull()) {
         QPainter p(&grown);
-        p.drawImage(0, 0, m_image);
+        p.drawImage(QPointF(0, 0), m_image);
     }
     m_image = grown;
 }
@@ -81,7 +86,7 @@ void PictureBox::paintEvent(QPaintEvent *)
     QPainter p(this);
     p.fillRect(rect(), Qt::white);
     if (!m_image.isNull())
-        p.drawImage(0, 0, m_image);
+        p.drawImage(QPointF(0, 0), m_image);
 }
 
 void PictureBox::resizeEvent(QResizeEvent *event)

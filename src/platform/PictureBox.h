@@ -26,7 +26,8 @@ public:
     void line(double x1, double y1, double x2, double y2, const QColor &color);
     void box(double x1, double y1, double x2, double y2, const QColor &color);
 
-    // The persistent image as it would be shown.
+    // The persistent image as it would be shown, in device pixels (its
+    // devicePixelRatio() is the window's).
     const QImage &image() const { return m_image; }
     // Pixel position of a point in the current scale.
     QPointF toPixel(double x, double y) const;

@@ -10,7 +10,8 @@
 
 namespace store {
 
-// PBKDF2 with HMAC-SHA1 (RFC 2898), `length` bytes of output.
+// PBKDF2 with HMAC-SHA1 (RFC 2898) from libcrypto, `length` bytes of output;
+// a failure of the library raises the out-of-memory error.
 QByteArray pbkdf2Sha1(const QByteArray &password, const QByteArray &salt, int iterations, int length);
 
 // The raw-key text the engine takes instead of a passphrase ("x'<64 hex>'")

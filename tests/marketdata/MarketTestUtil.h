@@ -24,7 +24,7 @@ using namespace marketdata;
 
 inline QByteArray realFile(const char *name)
 {
-    QFile f(QStringLiteral(TESSALY_TEST_DATA "/real/") + QLatin1String(name));
+    QFile f(QString::fromUtf8(TESSALY_TEST_DATA "/real/") + QLatin1String(name));
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 

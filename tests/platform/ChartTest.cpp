@@ -88,3 +88,22 @@ TEST(PictureBox, TheDrawingSurvivesAResize)
     EXPECT_EQ(img.pixelColor(100, 50), kRed);
     EXPECT_GE(img.width(), 400);
 }
+
+// Also run with QT_SCALE_FACTOR=2 (see CMakeLists.txt): the image then has
+// twice the pixels each way and a line stays one device pixel thin.
+TEST(PictureBox, DrawsAtDevicePixels)
+{
+    platform::PictureBox box;
+    box.resize(200, 100);
+    box.show();
+    const qreal dpr = box.devicePixelRatioF();
+    box.scale(0, 10, 200, 0);
+    box.line(0, 5, 199, 5, kRed);
+    const QImage img = box.image();
+    EXPECT_EQ(img.devicePixelRatio(), dpr);
+    EXPECT_EQ(img.size(), QSize(200, 100) * dpr);
+    int thick = 0;
+    for (int y = 0; y < img.height(); ++y)
+        thick += img.pixelColor(int(100 * dpr), y) == kRed;
+    EXPECT_EQ(thick, 1);
+}

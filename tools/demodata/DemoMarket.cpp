@@ -1,7 +1,7 @@
 #include "DemoMarket.h"
 
-#include "base/Gbk.h"
 #include "marketdata/MarketSettings.h"
+#include "marketdata/StockList.h"
 
 #include <QDate>
 #include <QDir>
@@ -218,15 +218,10 @@ QByteArray qianlongFile(const std::vector<StockBar> &bars)
 
 QByteArray stockListFile(const QList<DemoStock> &stocks)
 {
-    QString item;
-    for (const DemoStock &s : stocks) {
-        const QString record = s.code + s.name;
-        if (record.size() >= 11)
-            item += u'#';
-        item += record;
-        item += QChar(1);
-    }
-    return base::toGbk(item + QStringLiteral("\r\n"));
+    QStringList records;
+    for (const DemoStock &s : stocks)
+        records << s.code + s.name;
+    return marketdata::stockListFileBytes(records);
 }
 
 bool makeDemoMarket(const QString &programFolder, const DemoOptions &options)

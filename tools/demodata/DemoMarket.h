@@ -45,9 +45,7 @@ std::vector<marketdata::StockBar> finishedPeriodBars(const std::vector<marketdat
 QByteArray qianlongRecord(const marketdata::StockBar &bar);
 QByteArray qianlongFile(const std::vector<marketdata::StockBar> &bars);
 
-// The list-file text (GBK): every record code & name, with a marker character
-// in front when that makes 11 characters or more, each followed by the
-// character with code 1, on one line ended by CR LF.
+// The list-file text of `stocks` (marketdata::stockListFileBytes).
 QByteArray stockListFile(const QList<DemoStock> &stocks);
 
 // Writes <folder>/market/data/{shase,sznse}/{day,week,month}/..., <folder>/GpSz,

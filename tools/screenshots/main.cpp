@@ -19,9 +19,15 @@
 #include "store/frmGuanli.h"
 #include "store/frmLogin.h"
 #include "ui/FlexGrid.h"
+#include "ui/Language.h"
 #include "ui/MsgBox.h"
 
 #include <QApplication>
+#include <QCalendarWidget>
+#include <QDateEdit>
+#include <QMenu>
+#include <QScreen>
+#include <QTimer>
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
@@ -49,8 +55,12 @@ public:
                 std::fprintf(stderr, "%s: window not exposed\n", qPrintable(name));
         }
         settle();
+        save(w->grab(), name);
+    }
+
+    void save(const QPixmap &image, const QString &name)
+    {
         const QString file = m_outDir + u'/' + name + QStringLiteral(".png");
-        const QPixmap image = w->grab();
         if (image.isNull() || !image.save(file)) {
             std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
             m_failed = true;
@@ -65,6 +75,14 @@ public:
             QApplication::processEvents();
             QTest::qWait(40);
         }
+    }
+
+    // The part of the screen that `area` covers: for pop-ups, which are
+    // windows of their own, together with the window they belong to.
+    void shotScreen(const QRect &area, const QString &name)
+    {
+        settle();
+        save(QGuiApplication::primaryScreen()->grabWindow(0, area.x(), area.y(), area.width(), area.height()), name);
     }
 
     bool failed() const { return m_failed; }
@@ -106,6 +124,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessaly"));
     QApplication::setQuitOnLastWindowClosed(false);
+    ui::useChineseLanguage();
     const QStringList args = QApplication::arguments();
     if (args.size() != 3) {
         std::fprintf(stderr, "usage: tessaly-screenshots <program-folder> <out-dir>\n");
@@ -157,7 +176,32 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "the holdings grid is empty: no chart shot\n");
     }
 
-    shotUserWindow<frmBuy>(s, &main, QStringLiteral("buy"));
+    {
+        // The date picker's calendar, in Chinese.
+        frmBuy buy(&main);
+        buy.GetMame(kUser, kPower);
+        s.shot(&buy, QStringLiteral("buy"));
+        if (auto *picker = child<QDateEdit>(&buy, "DTPicker1")) {
+            // A click on the drop-down arrow at the right end opens it.
+            QTest::mouseClick(picker, Qt::LeftButton, {}, QPoint(picker->width() - 6, picker->height() / 2));
+            QWidget *calendar = picker->calendarWidget()->window();
+            s.shotScreen(buy.frameGeometry().united(calendar->frameGeometry()), QStringLiteral("calendar"));
+            calendar->hide();
+        }
+        buy.close();
+    }
+    {
+        // A message box of the program, with Qt's own button text.
+        qunsetenv("TESSALY_MESSAGES_TO_STDERR");
+        QTimer::singleShot(300, [&s] {
+            if (QWidget *box = QApplication::activeModalWidget()) {
+                s.shot(box, QStringLiteral("msgbox"));
+                box->close();
+            }
+        });
+        ui::msgBox(QStringLiteral("用户名或密码错误！"));
+        qputenv("TESSALY_MESSAGES_TO_STDERR", "1");
+    }
     shotUserWindow<frmShell>(s, &main, QStringLiteral("sell"));
     shotUserWindow<frmMoneyIn>(s, &main, QStringLiteral("deposit"));
     shotUserWindow<frmMoneyOut>(s, &main, QStringLiteral("withdrawal"));
@@ -206,5 +250,15 @@ int main(int argc, char **argv)
 
     main.FrmRef();
     s.shot(&main, QStringLiteral("raw"));
+    if (grid && grid->rows() > 1) {
+        // The grid's right-click menu on the raw records.
+        const QRect cell = grid->visualRect(grid->model()->index(1, 2));
+        QTest::mousePress(grid->viewport(), Qt::RightButton, {}, cell.center());
+        QTest::mouseRelease(grid->viewport(), Qt::RightButton, {}, cell.center());
+        if (auto *menu = child<QMenu>(&main, "mnuEdit")) {
+            s.shotScreen(main.frameGeometry(), QStringLiteral("grid-menu"));
+            menu->hide();
+        }
+    }
     return s.failed() ? 1 : 0;
 }
