@@ -46,6 +46,9 @@ int fail(const QString &reason)
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
+    // Without --folder the journal is the program's: beside the executable in
+    // a portable folder, otherwise the user's data folder of Tessaly.
+    QCoreApplication::setApplicationName(QStringLiteral("Tessaly"));
     const QStringList args = app.arguments();
     QString folder, user, password, file;
     bool dryRun = false;
