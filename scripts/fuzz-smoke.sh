@@ -13,7 +13,7 @@ cd "$(dirname "$0")/.."
 
 seconds="${FUZZ_SECONDS:-5}"
 build="${FUZZ_BUILD_DIR:-build/fuzz}"
-targets=(${FUZZ_TARGETS:-fuzz_qianlong fuzz_shenglong fuzz_fenxijia fuzz_textbars fuzz_tdx fuzz_dateset fuzz_stocklist})
+targets=(${FUZZ_TARGETS:-fuzz_qianlong fuzz_shenglong fuzz_fenxijia fuzz_textbars fuzz_tdx fuzz_dateset fuzz_stocklist fuzz_statement})
 
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
       -DTESSALY_FUZZ=ON >/dev/null

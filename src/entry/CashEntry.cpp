@@ -20,11 +20,8 @@ enum CashColumn {
 
 } // namespace
 
-void storeCash(const CashKind &kind, const CashInput &input)
+void putCash(store::Recordset &rs, const CashKind &kind, const CashInput &input)
 {
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(kCashQuery);
-    rs.AddNew();
     rs.setField(colUser, input.user);
     rs.setField(colDate, input.date);
     rs.setField(colAmount, base::val(input.amount.trimmed()));
@@ -32,6 +29,14 @@ void storeCash(const CashKind &kind, const CashInput &input)
     rs.setField(colReason, kind.numericReason ? QVariant(base::val(reason)) : QVariant(reason));
     rs.setField(colOperation, kind.operation);
     rs.Update();
+}
+
+void storeCash(const CashKind &kind, const CashInput &input)
+{
+    store::Database db = store::openUserDatabase();
+    store::Recordset rs = db.openRecordset(kCashQuery);
+    rs.AddNew();
+    putCash(rs, kind, input);
     db.close();
 }
 

@@ -6,6 +6,10 @@
 #include <QString>
 #include <QStringList>
 
+namespace store {
+class Recordset;
+}
+
 namespace entry {
 
 struct CashKind {
@@ -36,6 +40,10 @@ struct CashInput {
     QString amount;
     QString reason;
 };
+
+// Assigns every column of the row that `rs` (a record set on kCashQuery) has
+// started with AddNew, as `kind`'s window fills it, and updates it.
+void putCash(store::Recordset &rs, const CashKind &kind, const CashInput &input);
 
 // Opens the user database, appends the row and closes the handle. Nothing is
 // checked; engine errors and number overflows propagate.

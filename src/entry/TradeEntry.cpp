@@ -39,22 +39,39 @@ QString refusalFor(const TradeKind &kind, const TradeInput &input)
 
 } // namespace
 
+void putTrade(store::Recordset &rs, const TradeRow &row)
+{
+    rs.setField(colUser, row.user);
+    rs.setField(colCode, row.code);
+    rs.setField(colName, row.name);
+    rs.setField(colDate, row.date);
+    rs.setField(colPrice, row.price);
+    rs.setField(colShares, row.shares);
+    rs.setField(colFeeRate, row.feeRate);
+    rs.setField(colOperation, row.operation);
+    rs.setField(colReason, row.reason);
+    rs.Update();
+}
+
 QString storeTrade(const TradeKind &kind, const TradeInput &input)
 {
     store::Database db = store::openUserDatabase();
     store::Recordset rs = db.openRecordset(kTradeQuery);
     rs.AddNew();
-    rs.setField(colUser, input.user);
-    rs.setField(colCode, input.code.trimmed());
-    rs.setField(colName, orDefault(input.name, kDefaultStockName));
-    rs.setField(colDate, input.date);
+    TradeRow row;
+    row.user = input.user;
+    row.code = input.code.trimmed();
+    row.name = orDefault(input.name, kDefaultStockName);
+    row.date = input.date;
 
-    auto putNumbers = [&] {
-        rs.setField(colPrice, base::val(input.price));
-        rs.setField(colShares, base::val(input.quantity));
+    // The buy window reads the numbers before its checks, so a number that
+    // overflows there wins over a missing code; the sell window after them.
+    auto readNumbers = [&] {
+        row.price = base::val(input.price);
+        row.shares = base::val(input.quantity);
     };
     if (kind.numbersBeforeChecks)
-        putNumbers();
+        readNumbers();
 
     const QString refusal = refusalFor(kind, input);
     if (!refusal.isEmpty()) {
@@ -63,11 +80,11 @@ QString storeTrade(const TradeKind &kind, const TradeInput &input)
     }
 
     if (!kind.numbersBeforeChecks)
-        putNumbers();
-    rs.setField(colFeeRate, feeRateForCode(input.code));
-    rs.setField(colOperation, kind.operation);
-    rs.setField(colReason, orDefault(input.reason, kind.operation));
-    rs.Update();
+        readNumbers();
+    row.feeRate = feeRateForCode(input.code);
+    row.operation = kind.operation;
+    row.reason = orDefault(input.reason, kind.operation);
+    putTrade(rs, row);
     db.close();
     return {};
 }

@@ -6,6 +6,10 @@
 #include <QString>
 #include <QStringList>
 
+namespace store {
+class Recordset;
+}
+
 namespace entry {
 
 struct TradeKind {
@@ -49,6 +53,23 @@ struct TradeInput {
     QString quantity;
     QString reason;
 };
+
+// One havewhat row as stored, every value already decided.
+struct TradeRow {
+    QString user;
+    QString code;      // trimmed
+    QString name;      // trimmed, kDefaultStockName when none
+    QDate date;
+    double price = 0;
+    double shares = 0;
+    float feeRate = 0; // percent
+    QString operation; // kBuy.operation or kSell.operation
+    QString reason;    // trimmed, the operation when none
+};
+
+// Assigns every column of the row that `rs` (a record set on kTradeQuery)
+// has started with AddNew, by position, and updates it.
+void putTrade(store::Recordset &rs, const TradeRow &row);
 
 // Opens the user database, starts a new havewhat row and fills it in the
 // window's order. An empty code box or quantity box (untrimmed, so blanks

@@ -1,8 +1,10 @@
 #include "WindowOpeners.h"
 
+#include "analysis/windows/frmAnalysis.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 #include "frmDataEnv.h"
+#include "import/frmImport.h"
 #include "marketdata/DataSet.h"
 #include "reports/frmCha.h"
 #include "reports/frmJyrec.h"
@@ -54,6 +56,11 @@ void openEntryWindow(QWidget *parent, int which, const QString &user, const QStr
     }
 }
 
+void openImportWindow(QWidget *parent, const QString &user, const QString &power)
+{
+    showModal<frmImport>(parent, user, power);
+}
+
 void openReportWindow(QWidget *parent, const QString &caption, const QString &user, const QString &power)
 {
     if (caption == QStringLiteral("交易明细"))
@@ -62,6 +69,11 @@ void openReportWindow(QWidget *parent, const QString &caption, const QString &us
         showModal<frmZjin>(parent, user, power);
     else if (caption == QStringLiteral("赢亏记录"))
         showModal<frmYkui>(parent, user, power);
+}
+
+void openAnalysisWindow(QWidget *parent, const QString &user, const QString &power)
+{
+    showModal<analysis::frmAnalysis>(parent, user, power);
 }
 
 void openPerStockRecords(QWidget *parent, const QString &user, const QString &power, const QString &code)

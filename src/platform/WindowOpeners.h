@@ -16,7 +16,11 @@ void openEntryWindow(QWidget *parent, int which, const QString &user, const QStr
                      const std::function<void()> &tradeStored);
 // "交易明细", "资金记录" or "赢亏记录".
 void openReportWindow(QWidget *parent, const QString &caption, const QString &user, const QString &power);
+// The investment analysis (toolbar "投资分析").
+void openAnalysisWindow(QWidget *parent, const QString &user, const QString &power);
 void openPerStockRecords(QWidget *parent, const QString &user, const QString &power, const QString &code);
+// The statement import "导入交割单".
+void openImportWindow(QWidget *parent, const QString &user, const QString &power);
 // The fee settings; its "设置股票数据" opens the market-data settings.
 void openSettingsWindow(QWidget *parent);
 

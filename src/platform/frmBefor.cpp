@@ -35,7 +35,8 @@ const char *const kReminder[14] = {
     "3，您的操作是否是最", "   合理的？",
 };
 
-const char *const kToolbarButtons[6] = {"设置", "交易明细", "资金记录", "赢亏记录", "原始记录", "退出"};
+// "投资分析" and "导入交割单" go beyond the classic buttons, placed before "退出".
+const char *const kToolbarButtons[8] = {"设置", "交易明细", "资金记录", "赢亏记录", "原始记录", "投资分析", "导入交割单", "退出"};
 
 QLabel *label(QWidget *parent, const char *name, const QString &caption)
 {
@@ -225,9 +226,7 @@ void frmBefor::HoldList()
 
 void frmBefor::LoadRates()
 {
-    store::Recordset rs = m_db.openRecordset(QStringLiteral("select * from 税率表"));
-    for (int c = 1; c <= 6; ++c)
-        store::setFeeValue(c, base::toSingle(rs.field(c).toDouble()));
+    store::loadFeeValues(m_db);
 }
 
 QString frmBefor::rawQuery() const
@@ -279,6 +278,10 @@ void frmBefor::toolbarClick(const QString &caption)
         openReport(caption);
     else if (caption == QStringLiteral("原始记录"))
         FrmRef();
+    else if (caption == QStringLiteral("投资分析"))
+        platform::openAnalysisWindow(this, m_userName, m_userPower);
+    else if (caption == QStringLiteral("导入交割单"))
+        platform::openImportWindow(this, m_userName, m_userPower);
     else if (caption == QStringLiteral("退出"))
         base::endProgram(0); // at once: no unload, the database is not closed first
 }

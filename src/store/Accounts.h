@@ -27,6 +27,9 @@ enum class OnError { Raise, ResumeNext };
 int16_t FindUser(Database &db, Recordset &rs, const QString &sql, QString &password, QString &role,
                  OnError mode = OnError::Raise);
 
+// What the login window says when the name or the password is wrong.
+inline const QString kLoginFailed = QStringLiteral("用户名或密码错误！");
+
 // The two buttons of the login window.
 enum class LoginButton { Confirm, Manage };
 

@@ -383,7 +383,7 @@ void bindValue(sqlite3_stmt *st, int index, const QVariant &v)
 {
     if (v.isNull() || !v.isValid()) {
         sqlite3_bind_null(st, index);
-    } else if (v.typeId() == QMetaType::LongLong) {
+    } else if (v.typeId() == QMetaType::LongLong || v.typeId() == QMetaType::Int || v.typeId() == QMetaType::Bool) {
         sqlite3_bind_int64(st, index, v.toLongLong());
     } else if (v.typeId() == QMetaType::Double) {
         sqlite3_bind_double(st, index, v.toDouble());
@@ -432,6 +432,12 @@ public:
     Statement &operator=(const Statement &) = delete;
 
     sqlite3_stmt *get() const { return m_st; }
+
+    void bindAll(const QVariantList &params)
+    {
+        for (int i = 0; i < params.size(); ++i)
+            bindValue(m_st, i + 1, params[i]);
+    }
 
 private:
     sqlite3_stmt *m_st = nullptr;
@@ -616,10 +622,11 @@ sqlite3 *connectionOf(const std::shared_ptr<Database::Impl> &impl)
 }
 } // namespace
 
-void Database::execute(const QString &sql)
+void Database::execute(const QString &sql, const QVariantList &params)
 {
     sqlite3 *db = connectionOf(m_impl);
     Statement st(db, sql, m_impl->name);
+    st.bindAll(params);
     if (sqlite3_column_count(st.get()) > 0)
         raise(ErrSelectNotExecutable, QStringLiteral("不能执行选定查询。"));
     if (!sqlite3_stmt_readonly(st.get()))
@@ -668,6 +675,30 @@ ReadBatch::~ReadBatch()
     if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db)
         && sqlite3_exec(m_db->db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
         sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+Transaction::Transaction(Database &db)
+{
+    sqlite3 *c = connectionOf(db.m_impl);
+    const int rc = sqlite3_exec(c, "BEGIN", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        raiseEngine(c, rc, db.m_impl->name);
+    m_db = db.m_impl;
+}
+
+Transaction::~Transaction()
+{
+    if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db))
+        sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit()
+{
+    sqlite3 *c = connectionOf(m_db);
+    const int rc = sqlite3_exec(c, "COMMIT", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        raiseEngine(c, rc, m_db->name);
+    m_db.reset();
 }
 
 Database openUserDatabase()
@@ -791,7 +822,7 @@ Recordset::~Recordset() = default;
 Recordset::Recordset(Recordset &&) noexcept = default;
 Recordset &Recordset::operator=(Recordset &&) noexcept = default;
 
-Recordset Database::openRecordset(const QString &sql)
+Recordset Database::openRecordset(const QString &sql, const QVariantList &params)
 {
     sqlite3 *db = connectionOf(m_impl);
     auto rs = std::make_unique<Recordset::Impl>();
@@ -869,7 +900,9 @@ Recordset Database::openRecordset(const QString &sql)
         preparePlain();
     const int n = int(rs->columns.size());
 
-    sqlite3_stmt *st = withId ? withId->get() : plain->get();
+    Statement &chosen = withId ? *withId : *plain;
+    chosen.bindAll(params);
+    sqlite3_stmt *st = chosen.get();
     const int offset = withId ? 1 : 0;
     int rc;
     while ((rc = sqlite3_step(st)) == SQLITE_ROW) {

@@ -75,11 +75,13 @@ public:
     bool isOpen() const;
 
     // Runs SQL text and returns the snapshot of its rows, positioned on the
-    // first row (or at BOF and EOF together when there is none).
-    Recordset openRecordset(const QString &sql);
+    // first row (or at BOF and EOF together when there is none). `params`
+    // are bound to the statement's placeholders (?) in order: integers and
+    // booleans as integers, doubles as reals, anything else as text.
+    Recordset openRecordset(const QString &sql, const QVariantList &params = {});
 
-    // Runs a statement that returns no rows.
-    void execute(const QString &sql);
+    // Runs a statement that returns no rows, with the same binding.
+    void execute(const QString &sql, const QVariantList &params = {});
 
     // The tables of the file, in the file's order, including the engine's own.
     QList<TableDef> tableDefs();
@@ -93,6 +95,7 @@ private:
     std::shared_ptr<Impl> m_impl;
     friend class Recordset;
     friend class ReadBatch;
+    friend class Transaction;
 };
 
 // Many queries in a row on one handle: while a ReadBatch lives they all read
@@ -105,6 +108,20 @@ public:
     ~ReadBatch();
     ReadBatch(const ReadBatch &) = delete;
     ReadBatch &operator=(const ReadBatch &) = delete;
+
+private:
+    std::shared_ptr<Database::Impl> m_db;
+};
+
+// Several changes that are stored together or not at all: BEGIN when it is
+// made, ROLLBACK when it ends without commit() (an error on the way out).
+class Transaction {
+public:
+    explicit Transaction(Database &db);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    void commit();
 
 private:
     std::shared_ptr<Database::Impl> m_db;

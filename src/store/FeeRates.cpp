@@ -1,5 +1,8 @@
 #include "FeeRates.h"
 
+#include "Database.h"
+#include "base/Numbers.h"
+
 namespace store {
 
 namespace {
@@ -15,6 +18,13 @@ void setFeeValue(int column, float value)
 {
     if (column >= 1 && column <= 6)
         g_fees[column - 1] = value;
+}
+
+void loadFeeValues(Database &db)
+{
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 税率表"));
+    for (int c = 1; c <= 6; ++c)
+        setFeeValue(c, base::toSingle(rs.field(c).toDouble()));
 }
 
 } // namespace store

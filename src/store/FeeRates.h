@@ -5,8 +5,13 @@
 
 namespace store {
 
+class Database;
+
 // column is 1 to 6.
 float feeValue(int column);
 void setFeeValue(int column, float value);
+
+// Copies columns 1 to 6 of the first row of 税率表 of `db` into the values.
+void loadFeeValues(Database &db);
 
 } // namespace store

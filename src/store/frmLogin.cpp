@@ -14,10 +14,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
-const QString kLoginFailed = QStringLiteral("用户名或密码错误！");
-}
-
 frmLogin::frmLogin(QWidget *parent) : ui::Form(parent)
 {
     setObjectName(QStringLiteral("frmLogin"));
@@ -93,7 +89,7 @@ void frmLogin::cmdOK_Click()
     const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
                                                    store::LoginButton::Confirm);
     if (!r.accepted) {
-        ui::msgBox(kLoginFailed);
+        ui::msgBox(store::kLoginFailed);
         return;
     }
     m_handedOver = true;
@@ -106,7 +102,7 @@ void frmLogin::Command1_Click()
     const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
                                                    store::LoginButton::Manage);
     if (!r.accepted) {
-        ui::msgBox(kLoginFailed);
+        ui::msgBox(store::kLoginFailed);
         return;
     }
     frmGuanli manager(this);

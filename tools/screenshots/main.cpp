@@ -4,9 +4,11 @@
 // and saves a PNG of each. Windows are shown without their modal loops, so
 // that one process can walk through all of them.
 
+#include "analysis/windows/frmAnalysis.h"
 #include "base/Paths.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
+#include "import/frmImport.h"
 #include "marketdata/DataSet.h"
 #include "platform/frmBefor.h"
 #include "platform/frmDataEnv.h"
@@ -29,6 +31,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTabWidget>
 #include <QTest>
 
 #include <cstdio>
@@ -215,6 +218,34 @@ int main(int argc, char **argv)
         marketdata::DataSet dataSet(&main);
         s.shot(&dataSet, QStringLiteral("dataset"));
         dataSet.close();
+    }
+
+    {
+        // The analysis on its chart, the mouse over the last third of it.
+        analysis::frmAnalysis w(&main);
+        w.GetMame(kUser, kPower);
+        s.shot(&w, QStringLiteral("analysis-stocks"));
+        if (auto *tabs = child<QTabWidget>(&w, "tabAnalysis"))
+            tabs->setCurrentIndex(2);
+        if (auto *chart = child<QWidget>(&w, "chartValues")) {
+            Shooter::settle();
+            QTest::mouseMove(chart, QPoint(chart->width() * 2 / 3, chart->height() / 2));
+        }
+        s.shot(&w, QStringLiteral("analysis"));
+        w.close();
+    }
+    {
+        // The preview of a statement from the repository's test data, copied
+        // into the program folder so that the window shows a plain file name.
+        const QString name = QStringLiteral("交割单2023.xls");
+        QFile::copy(QStringLiteral(TESSALY_IMPORT_SAMPLE), folder + u'/' + name);
+        QDir::setCurrent(folder);
+        frmImport import(&main);
+        import.GetMame(kUser, kPower);
+        import.show();
+        import.loadFile(name);
+        s.shot(&import, QStringLiteral("import"));
+        import.close();
     }
 
     main.FrmRef();

@@ -1,0 +1,46 @@
+#include "Prices.h"
+
+#include "base/RuntimeError.h"
+#include "marketdata/MarketSettings.h"
+#include "marketdata/QuoteLookup.h"
+
+#include <set>
+
+namespace analysis {
+
+PriceHistory readPrices(const Journal &journal, const QString &dataDir, const QString &source)
+{
+    std::set<QString> codes;
+    for (const TradeRow &t : journal.trades)
+        codes.insert(t.code);
+    PriceHistory out;
+    marketdata::QuoteState state;
+    for (const QString &code : codes) {
+        // The count of a failed read would stay from the code before.
+        state.count = 0;
+        float close = 0;
+        try {
+            marketdata::QuoteLookup(dataDir, source, code, false, close, state);
+        } catch (const base::RuntimeError &) {
+            continue;
+        }
+        std::vector<ClosePoint> closes;
+        closes.reserve(size_t(std::max<int16_t>(state.count, 0)));
+        for (int i = 1; i <= state.count; ++i) {
+            const marketdata::StockBar &bar = (*state.bars)[i];
+            // Bars out of date order (a damaged file) are not used.
+            if (bar.Close > 0 && (closes.empty() || bar.Date > closes.back().date))
+                closes.push_back({bar.Date, bar.Close});
+        }
+        if (!closes.empty())
+            out.emplace(code, std::move(closes));
+    }
+    return out;
+}
+
+PriceHistory readPrices(const Journal &journal)
+{
+    return readPrices(journal, marketdata::DataPath(), QString::number(marketdata::DataFormat()));
+}
+
+} // namespace analysis

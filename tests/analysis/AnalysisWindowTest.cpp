@@ -1,0 +1,154 @@
+// The analysis and corporate-action windows driven with keys and clicks on a
+// temporary journal; results read back from the file and the grids.
+#include "analysis/CorporateActions.h"
+#include "analysis/windows/ValueChart.h"
+#include "analysis/windows/frmAnalysis.h"
+#include "store/Database.h"
+#include "support/TestFolder.h"
+#include "ui/FlexGrid.h"
+#include "ui/MsgBox.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace analysis;
+
+namespace {
+
+const QString kUser = QStringLiteral("ZHANG");
+
+void journal()
+{
+    store::Database db = store::openUserDatabase();
+    // Rate 0 and no minimum fee: figures that can be followed by hand.
+    db.execute(QStringLiteral("update 税率表 set 深圳最低收费=0, 上海最低收费=0"));
+    db.execute(QStringLiteral("insert into 资金表 values (?, '2024-01-02', 100000, '', '存入')"), {kUser});
+    const auto trade = [&](const char *date, double price, double shares, const char *op) {
+        db.execute(QStringLiteral("insert into havewhat values (?, '600000', '浦发银行', ?, ?, ?, 0, ?, ?)"),
+                   {kUser, QString::fromLatin1(date), price, shares, QString::fromUtf8(op), QString::fromUtf8(op)});
+    };
+    trade("2024-01-03", 10.0, 1000, "买进");
+    trade("2024-01-04", 20.0, 1000, "买进");
+    trade("2024-01-05", 30.0, 1500, "卖出"); // proceeds 45,000: beyond what the classic report holds
+    trade("2024-01-06", 30.0, 9000, "卖出"); // more than held: flagged
+    db.close();
+}
+
+// Runs `step` on the modal window once it is open (the click that opens it blocks).
+void whenModal(std::function<void(QWidget *)> step)
+{
+    QTimer::singleShot(0, [step] {
+        QWidget *w = QApplication::activeModalWidget();
+        ASSERT_NE(w, nullptr);
+        step(w);
+    });
+}
+
+template <typename T>
+T *child(QWidget *w, const char *name)
+{
+    T *c = w->findChild<T *>(QString::fromLatin1(name));
+    EXPECT_NE(c, nullptr) << name;
+    return c;
+}
+
+} // namespace
+
+TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChangeTheHolding)
+{
+    TestFolder folder;
+    journal();
+    QStringList messages;
+    ui::setMsgBoxRecorder(&messages);
+
+    auto open = [] {
+        auto w = std::make_unique<frmAnalysis>();
+        w->GetMame(kUser, QStringLiteral("user"));
+        w->show();
+        return w;
+    };
+    auto w = open();
+    ui::FlexGrid *stocks = child<ui::FlexGrid>(w.get(), "gridStocks");
+    ui::FlexGrid *trades = child<ui::FlexGrid>(w.get(), "gridTrades");
+    // Moving average: 500 left at 15.00; the 1500 sold made 22,500.
+    EXPECT_EQ(stocks->textMatrix(1, 3), QStringLiteral("500"));
+    EXPECT_EQ(stocks->textMatrix(1, 4), QStringLiteral("7500.00"));
+    EXPECT_EQ(stocks->textMatrix(1, 9), QStringLiteral("22500.00"));
+    EXPECT_EQ(trades->textMatrix(4, 11), QStringLiteral("卖出 9000 股，多于当时持有的 500 股"));
+
+    QTest::mouseClick(child<QRadioButton>(w.get(), "optFifo"), Qt::LeftButton);
+    EXPECT_EQ(stocks->textMatrix(1, 4), QStringLiteral("10000.00")); // 500 of the lot @20
+    EXPECT_EQ(stocks->textMatrix(1, 9), QStringLiteral("25000.00"));
+    w.reset();
+    w = open(); // the choice was stored for the account
+    EXPECT_TRUE(child<QRadioButton>(w.get(), "optFifo")->isChecked());
+    stocks = child<ui::FlexGrid>(w.get(), "gridStocks");
+
+    // 10送3 today (the date box's default), refused first for a stock not held.
+    whenModal([](QWidget *a) {
+        EXPECT_EQ(child<QLineEdit>(a, "txtCode")->text(), QStringLiteral("600000")); // the stock row selected
+        child<QLineEdit>(a, "txtCode")->clear();
+        QTest::keyClicks(child<QLineEdit>(a, "txtCode"), QStringLiteral("000001"));
+        QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
+        QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
+        child<QLineEdit>(a, "txtCode")->clear();
+        QTest::keyClicks(child<QLineEdit>(a, "txtCode"), QStringLiteral("600000"));
+        child<QLineEdit>(a, "txtBonus")->clear();
+        QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3x"));
+        QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
+        child<QLineEdit>(a, "txtBonus")->clear();
+        QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
+        QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(a, "cmdClose"), Qt::LeftButton);
+    });
+    QTest::mouseClick(child<QPushButton>(w.get(), "cmdActions"), Qt::LeftButton);
+    ASSERT_EQ(messages.size(), 2);
+    EXPECT_TRUE(messages[0].contains(QStringLiteral("之前没有持有 000001"))) << messages[0].toStdString();
+    EXPECT_EQ(messages[1], QStringLiteral("“送股”不是有效的数字（最多 4 位小数）！"));
+
+    store::Database db = store::openUserDatabase();
+    const std::vector<CorporateAction> stored = listActions(db, kUser);
+    db.close();
+    ASSERT_EQ(stored.size(), 1u);
+    EXPECT_EQ(stored[0].bonusPer10, 30000);
+    EXPECT_EQ(stored[0].exDate, QDate::currentDate());
+    EXPECT_EQ(stocks->textMatrix(1, 3), QStringLiteral("650"));
+    EXPECT_EQ(stocks->textMatrix(1, 5), QStringLiteral("15.385")); // 10,000 / 650
+
+    // The stock table as CSV, with the byte-order mark.
+    const QString file = folder.file(QStringLiteral("out.csv"));
+    frmAnalysis::setExportPathChooser([&](const QString &) { return file; });
+    QTest::mouseClick(child<QPushButton>(w.get(), "cmdExport"), Qt::LeftButton);
+    frmAnalysis::setExportPathChooser({});
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray csv = f.readAll();
+    EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF股票代码,股票名称,持有股数"));
+    EXPECT_TRUE(csv.contains("\r\n600000,浦发银行,650,10000.00,15.385,"));
+    ui::setMsgBoxRecorder(nullptr);
+}
+
+TEST(AnalysisWindow, ChartShowsValueAndInvestmentAndTheDayUnderTheMouse)
+{
+    TestFolder folder;
+    journal();
+    frmAnalysis w;
+    w.GetMame(kUser, QStringLiteral("user"));
+    w.show();
+    child<QTabWidget>(&w, "tabAnalysis")->setCurrentIndex(2);
+    ValueChart *chart = child<ValueChart>(&w, "chartValues");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    // 2024-01-02 .. 2024-01-06: five days.
+    ASSERT_EQ(chart->series().size(), 5u);
+    QTest::mouseMove(chart, QPoint(chart->width() - 13, chart->height() / 2));
+    EXPECT_TRUE(chart->hoverText().startsWith(QStringLiteral("2024-01-06\n市值加现金 130000.00\n投入资金 100000.00")))
+        << chart->hoverText().toStdString();
+}

@@ -1,0 +1,207 @@
+// Figures worked out by hand; fees are 0 in the journals unless a case says
+// otherwise, so that each step can be followed on paper.
+#include "analysis/Money.h"
+#include "analysis/Portfolio.h"
+
+#include <gtest/gtest.h>
+
+using namespace analysis;
+
+namespace {
+
+TradeRow trade(const char *code, QDate date, double price, double shares, bool buy, float rate = 0)
+{
+    TradeRow t;
+    t.code = QString::fromLatin1(code);
+    t.name = QStringLiteral("测试");
+    t.date = date;
+    t.price = price;
+    t.shares = shares;
+    t.rate = rate;
+    t.buy = buy;
+    return t;
+}
+
+QDate jan(int day) { return QDate(2024, 1, day); }
+
+// 100,000 deposited; 1000 @10 and 1000 @20 bought, 1500 sold @30 (45,000
+// yuan, beyond 16 bits), 10送3, 100 bought @12, all 750 sold @15, 200
+// bought back @9.50, 10派2 with 10% tax, 10配3 @8 taken, 10配2 @7 not taken.
+Journal longJournal()
+{
+    Journal j;
+    j.cash.push_back({jan(2), 100000.0, true});
+    j.trades = {trade("600000", jan(3), 10.0, 1000, true),  trade("600000", jan(4), 20.0, 1000, true),
+                trade("600000", jan(5), 30.0, 1500, false), trade("600000", jan(9), 12.0, 100, true),
+                trade("600000", jan(10), 15.0, 750, false), trade("600000", jan(11), 9.5, 200, true)};
+    CorporateAction bonus;
+    bonus.code = QStringLiteral("600000");
+    bonus.exDate = jan(8);
+    bonus.bonusPer10 = 30000;
+    CorporateAction dividend = bonus;
+    dividend.bonusPer10 = 0;
+    dividend.exDate = jan(15);
+    dividend.cashPer10 = 20000;
+    dividend.taxRate = 1000;
+    CorporateAction rights = bonus;
+    rights.bonusPer10 = 0;
+    rights.exDate = jan(16);
+    rights.rightsPer10 = 30000;
+    rights.rightsPrice = 80000;
+    rights.rightsTaken = true;
+    CorporateAction declined = rights;
+    declined.exDate = jan(17);
+    declined.rightsPer10 = 20000;
+    declined.rightsPrice = 70000;
+    declined.rightsTaken = false;
+    j.actions = {bonus, dividend, rights, declined};
+    return j;
+}
+
+const PriceHistory kPrices = {{QStringLiteral("600000"), {{20240110, 14.0f}, {20240118, 10.0f}}}};
+
+} // namespace
+
+TEST(Money, FeeIsTheExactDecimalProductRoundedHalfToEvenThenTheMinimum)
+{
+    struct Case {
+        double price;
+        int64_t shares;
+        float rate;
+        const char *code;
+        int64_t fen;
+    } cases[] = {
+        {10.0, 1000, 0.35f, "600000", 3500}, // 35 yuan
+        {5.0, 100, 0.35f, "600000", 1000},   // 1.75 raised to the Shanghai minimum 10
+        {5.0, 100, 0.35f, "000001", 500},    // the Shenzhen minimum 5
+        {5.0, 100, 0.35f, "400001", 500},
+        {5.0, 100, 0.35f, "184688", 175},    // no minimum for funds
+        {25.0, 1, 0.1f, "900901", 2},        // 2.5 fen exactly: even 2 (the single 0.1 would give 3)
+        {1.5, 1, 1.0f, "200012", 2},         // 1.5 -> 2
+        {10.01, 10000, 0.35f, "600000", 35035},
+        {4.0, 125, 1.0f, "000001", 500},     // equal to the minimum: stays 500
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(tradeFeeFen(c.price, c.shares, c.rate, QString::fromLatin1(c.code), 5.0f, 10.0f), c.fen)
+            << c.price << " x " << c.shares << " x " << c.rate << " " << c.code;
+    EXPECT_EQ(yuanText(-5), QStringLiteral("-0.05"));
+    EXPECT_EQ(yuanText(123456), QStringLiteral("1234.56"));
+}
+
+TEST(Portfolio, CostMethodsCorporateActionsAndCashOnALongJournal)
+{
+    struct Expect {
+        CostMethod method;
+        int64_t firstSale;  // realised of the 1500 sold
+        int64_t secondSale; // realised of the 750 sold
+    } methods[] = {
+        // average 30,000 / 2000 = 15.00: 45,000 - 22,500; then 750 held at 8,700
+        {CostMethod::MovingAverage, 2250000, 255000},
+        // 1000 @10 and 500 @20 = 20,000; then lots 650 @10,000 and 100 @1,200
+        {CostMethod::Fifo, 2500000, 5000},
+    };
+    for (const Expect &e : methods) {
+        const Analysis a = analyse(longJournal(), e.method, kPrices, jan(18));
+        ASSERT_EQ(a.trades.size(), 6u);
+        EXPECT_EQ(a.trades[2].realisedFen, e.firstSale);
+        EXPECT_EQ(a.trades[4].realisedFen, e.secondSale);
+        EXPECT_EQ(a.trades[4].shares, 750); // 500 + 150 bonus + 100
+        ASSERT_EQ(a.stocks.size(), 1u);
+        const StockResult &s = a.stocks[0];
+        EXPECT_EQ(s.shares, 260);       // 200 + 60 rights
+        EXPECT_EQ(s.costFen, 238000);   // 1,900 + 480
+        EXPECT_EQ(s.marketFen, 260000); // at the latest close 10
+        EXPECT_EQ(s.unrealisedFen, 22000);
+        EXPECT_EQ(s.dividendFen, 3600); // 200 x 0.2 = 40, less 10%
+        EXPECT_EQ(s.realisedFen, 2505000);
+        const Summary &m = a.summary;
+        // 100,000 - 10,000 - 20,000 + 45,000 - 1,200 + 11,250 - 1,900 + 36 - 480
+        EXPECT_EQ(m.cashFen, 12270600);
+        EXPECT_EQ(m.valueFen, 12530600);
+        EXPECT_EQ(m.investedFen, 10000000);
+        EXPECT_EQ(m.returnFen, 2530600);
+        EXPECT_DOUBLE_EQ(*m.returnPercent, 25.306);
+        ASSERT_EQ(a.actions.size(), 4u);
+        EXPECT_EQ(a.actions[0].newShares, 150);
+        EXPECT_EQ(a.actions[1].taxFen, 400);
+        EXPECT_EQ(a.actions[2].rightsCostFen, 48000);
+        EXPECT_EQ(a.actions[3].newShares, 0);
+        for (const TradeResult &t : a.trades)
+            EXPECT_TRUE(t.applied && t.problem.isEmpty());
+    }
+}
+
+TEST(Portfolio, FifoSpreadsBonusSharesOverLotsAndSellsAcrossThem)
+{
+    Journal j;
+    j.cash.push_back({jan(1), 10000.0, true});
+    j.trades = {trade("000001", jan(2), 10.0, 100, true), trade("000001", jan(3), 11.0, 100, true),
+                trade("000001", jan(4), 12.0, 100, true), trade("000001", jan(6), 20.0, 300, false)};
+    CorporateAction a; // 10转增5 on 300 shares: each lot of 100 becomes 150
+    a.code = QStringLiteral("000001");
+    a.exDate = jan(5);
+    a.transferPer10 = 50000;
+    j.actions = {a};
+    const Analysis r = analyse(j, CostMethod::Fifo, {}, jan(6));
+    // 300 sold = lot one (150, 1,000) and lot two (150, 1,100): 6,000 - 2,100
+    EXPECT_EQ(r.trades[3].costFen, 210000);
+    EXPECT_EQ(r.trades[3].realisedFen, 390000);
+    EXPECT_EQ(r.stocks[0].shares, 150);
+    EXPECT_EQ(r.stocks[0].costFen, 120000);
+    EXPECT_EQ(r.stocks[0].marketFen, 120000); // no price file: valued at cost
+}
+
+TEST(Portfolio, RowsThatMakeNoSenseAreFlaggedAndLeftOut)
+{
+    Journal j;
+    j.trades = {trade("600000", jan(1), 10.0, 100, true)}; // before the first deposit: counted
+    j.cash.push_back({jan(2), 5000.0, true});
+    j.trades.push_back(trade("600000", jan(3), 10.0, 101, false));
+    j.trades.push_back(trade("600000", jan(3), 10.0, -5, true));
+    j.trades.push_back(trade("600000", jan(3), 0.0, 5, true));
+    j.trades.push_back(trade("600000", jan(3), 10.0, 2.5, true));
+    j.trades.push_back(trade("600000", QDate(), 10.0, 5, true));
+    const Analysis a = analyse(j, CostMethod::MovingAverage, {}, jan(3));
+    const QString problems[] = {QStringLiteral("成交日期早于第一笔存入资金"),
+                                QStringLiteral("卖出 101 股，多于当时持有的 100 股"),
+                                QStringLiteral("成交股数是负数"),
+                                QStringLiteral("成交价格为 0"),
+                                QStringLiteral("成交股数不是整数"),
+                                QStringLiteral("成交日期无效")};
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(a.trades[i].problem, problems[i]) << i;
+        EXPECT_EQ(a.trades[i].applied, i == 0) << i;
+    }
+    EXPECT_EQ(a.stocks[0].shares, 100);
+    EXPECT_EQ(a.summary.cashFen, 400000);
+}
+
+TEST(Portfolio, MoneyWeightedReturn)
+{
+    const auto r = xirr({{QDate(2023, 1, 1), -10000}, {QDate(2024, 1, 1), 11000}}); // 365 days
+    ASSERT_TRUE(r);
+    EXPECT_NEAR(*r, 0.10, 1e-9);
+    // 1.05 over 182 days: 1.05^(365/182) - 1 = 0.10279
+    EXPECT_NEAR(*xirr({{QDate(2023, 1, 1), -10000}, {QDate(2023, 7, 2), 10500}}), 0.10279, 1e-4);
+    // 10,000 in, 5,500 out after a year, 6,050 left after two: 5,000 + 5,000 at 10%
+    EXPECT_NEAR(*xirr({{QDate(2021, 1, 1), -10000}, {QDate(2022, 1, 1), 5500}, {QDate(2023, 1, 1), 6050}}), 0.10,
+                1e-4);
+    EXPECT_FALSE(xirr({}));
+    EXPECT_FALSE(xirr({{QDate(2023, 1, 1), -10000}, {QDate(2024, 1, 1), 0}}));
+}
+
+TEST(Portfolio, ValueSeriesCarriesClosesAndCountsCash)
+{
+    Journal j;
+    j.cash.push_back({jan(1), 1000.0, true});
+    j.trades = {trade("600000", jan(2), 5.0, 100, true)};
+    const PriceHistory prices = {{QStringLiteral("600000"), {{20240102, 5.5f}, {20240104, 6.0f}}}};
+    const std::vector<ValuePoint> v = valueSeries(j, prices);
+    ASSERT_EQ(v.size(), 4u);
+    const int64_t values[] = {100000, 105000, 105000, 110000};
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(v[i].date, jan(int(i) + 1));
+        EXPECT_EQ(v[i].valueFen, values[i]) << i;
+        EXPECT_EQ(v[i].investedFen, 100000);
+    }
+}
