@@ -20,6 +20,11 @@ namespace store {
 namespace {
 
 bool g_attempted = false; // this process has made (or tried) its backup
+bool g_tidied = false;    // this process has removed unfinished backups
+
+// A copy is written as <name>.part and renamed when complete; the engine's
+// journal of the copy is <name>.part-journal.
+const QString kUnfinished = QStringLiteral(".part");
 
 std::function<QDateTime()> &clockOverride()
 {
@@ -83,9 +88,10 @@ void copyDatabase(sqlite3 *connection, const QString &target)
 {
     if (QFileInfo::exists(target))
         fail(ErrCannotOpen, QStringLiteral("备份文件已存在 '%1'").arg(target), QString());
-    // The copy is written under a temporary name and renamed when complete,
-    // so that a backup file is never a half-written one.
-    const QString part = target + QStringLiteral(".part");
+    // The copy is written under a temporary name and renamed when complete
+    // (the engine has synced it when the copy's transaction commits), so
+    // that a backup file is never a half-written one.
+    const QString part = target + kUnfinished;
     QFile::remove(part);
 
     sqlite3 *dest = nullptr;
@@ -158,9 +164,22 @@ void backupBeforeFirstWrite(sqlite3 *connection)
     }
 }
 
+void removeUnfinishedBackups()
+{
+    if (g_tidied)
+        return;
+    g_tidied = true;
+    const QString folder = backupFolder();
+    const QStringList names =
+        QDir(folder).entryList({QStringLiteral("user2-*.mdb") + kUnfinished + u'*'}, QDir::Files | QDir::Hidden);
+    for (const QString &name : names)
+        QFile::remove(folder + u'/' + name);
+}
+
 void resetBackupState()
 {
     g_attempted = false;
+    g_tidied = false;
 }
 
 void setBackupClock(std::function<QDateTime()> clock)

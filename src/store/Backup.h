@@ -34,9 +34,15 @@ void copyDatabase(sqlite3 *connection, const QString &target);
 // other files are left alone) so that `keep` remain.
 void pruneBackups(const QString &folder, int keep);
 
-// For tests: forgets that this process has already made its backup, and
-// replaces the clock that names the copies (an empty function restores the
-// system clock).
+// Removes what a backup cut short (by a crash or a power loss) left in the
+// backup folder: the copy's temporary file and its engine journal. Runs once
+// per process, at the first opening of the journal; those files are never
+// taken for a copy.
+void removeUnfinishedBackups();
+
+// For tests: forgets that this process has already made its backup and
+// removed unfinished ones, and replaces the clock that names the copies (an
+// empty function restores the system clock).
 void resetBackupState();
 void setBackupClock(std::function<QDateTime()> clock);
 

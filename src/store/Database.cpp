@@ -545,6 +545,14 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
         rc = sqlite3_key(db, key.constData(), int(key.size()));
     if (rc == SQLITE_OK)
         rc = sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
+    // A store that has returned must survive a power loss right after it:
+    // the rollback journal is deleted at commit (the file stays one file, with
+    // no write-ahead log beside it), and EXTRA syncs the journal before the
+    // file is changed, the file before the journal goes, and the folder after
+    // the journal is deleted, so that a lost deletion cannot bring the journal
+    // back to undo the commit.
+    if (rc == SQLITE_OK)
+        rc = sqlite3_exec(db, "PRAGMA journal_mode=DELETE; PRAGMA synchronous=EXTRA", nullptr, nullptr, nullptr);
     if (rc != SQLITE_OK) {
         sqlite3_close_v2(db);
         return rc;
@@ -703,6 +711,7 @@ void Transaction::commit()
 
 Database openUserDatabase()
 {
+    removeUnfinishedBackups();
     return Database::open(base::programFolder() + QStringLiteral("\\user2.mdb"), 1, false, kConnect);
 }
 

@@ -1,12 +1,26 @@
-// Kills a process that is storing trades and cash movements at random moments
-// and checks what it leaves behind: the file passes the engine's integrity
-// check, every store that had returned is there, and no row is partial.
+// A writer process stores trades and cash movements through the entry code
+// and is stopped at random moments: killed, or cut off by a simulated power
+// loss that also decides which unsynced writes reached the disk. Afterwards
+// the file passes the engine's integrity check, every store that had returned
+// is there, no row is partial, and the program starts again.
+#include "support/PowerLossVfs.h"
 #include "support/TestFolder.h"
-#include "store/Database.h"
 
+#include "platform/frmBefor.h"
+#include "store/Backup.h"
+#include "store/Database.h"
+#include "store/Schema.h"
+#include "store/frmLogin.h"
+
+#include <QDir>
+#include <QLineEdit>
+#include <QMap>
 #include <QProcess>
+#include <QPushButton>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSet>
+#include <QSignalSpy>
 #include <QThread>
 #include <gtest/gtest.h>
 
@@ -16,12 +30,95 @@
 
 namespace {
 
-constexpr int kRounds = 60;
+constexpr int kKillRounds = 60;
+// Power losses in every test run; TESSALY_POWER_LOSS_ROUNDS sets another count.
+constexpr int kPowerLossRounds = 100;
+constexpr int kStoresPerRound = 2; // each a trade and a cash movement
 
-int count(store::Database &db, const QString &sql)
+// What the writers acknowledged: trade n has code n, cash movement n amount n.
+struct Acknowledged {
+    QSet<int> trades, cash;
+    int next = 0;       // first number of the next writer
+    int unanswered = 0; // writers that may have left one store unacknowledged
+    QByteArray powerLoss; // the writer's "P" line, without the P
+
+    void read(const QByteArray &output)
+    {
+        int highest = next;
+        powerLoss.clear();
+        for (const QByteArray &line : output.split('\n')) {
+            const qsizetype space = line.indexOf(' ');
+            if (line.startsWith("P "))
+                powerLoss = line.mid(2);
+            if (space != 1 || (line[0] != 'T' && line[0] != 'C'))
+                continue;
+            const int n = line.mid(2).toInt();
+            (line[0] == 'T' ? trades : cash).insert(n);
+            highest = std::max(highest, n + 1);
+        }
+        next = highest + 1; // leaves a gap for a store that may have landed unacknowledged
+        ++unanswered;
+    }
+};
+
+QSet<int> numbers(store::Database &db, const QString &sql)
 {
-    store::Recordset rs = db.openRecordset(sql);
-    return rs.field(0).toInt();
+    QSet<int> found;
+    for (store::Recordset rs = db.openRecordset(sql); !rs.EOF_(); rs.MoveNext())
+        found.insert(rs.field(0).toInt());
+    return found;
+}
+
+// The journal after the writers: whole, holding every acknowledged store and
+// at most one more per writer, with no partial row.
+void expectJournalKeeps(const Acknowledged &ack)
+{
+    store::Database db = store::openUserDatabase();
+    store::Recordset check = db.openRecordset(QStringLiteral("pragma integrity_check"));
+    EXPECT_EQ(check.field(0).toString(), "ok");
+    const QSet<int> trades = numbers(db, QStringLiteral("select 股票代码 from havewhat"));
+    const QSet<int> cash = numbers(db, QStringLiteral("select 资金数量 from 资金表"));
+    EXPECT_TRUE(trades.contains(ack.trades)) << "acknowledged trades lost";
+    EXPECT_TRUE(cash.contains(ack.cash)) << "acknowledged cash movements lost";
+    store::Recordset rows = db.openRecordset(QStringLiteral(
+        "select (select count(*) from havewhat), (select count(*) from 资金表), "
+        "(select count(*) from havewhat where userid is null or 股票代码 is null or 股票名称 is null or 成交日期 "
+        "is null or 成交价格 is null or 成交股数 is null or 交易费率 is null or 操作记录 is null or 操作原因 is null)"
+        " + (select count(*) from 资金表 where userid is null or 操作日期 is null or 资金数量 is null or 操作原因 is "
+        "null or 操作表示 is null)"));
+    EXPECT_EQ(rows.field(0).toInt(), trades.size()) << "a trade stored twice";
+    EXPECT_EQ(rows.field(1).toInt(), cash.size()) << "a cash movement stored twice";
+    EXPECT_LE(trades.size() + cash.size(), ack.trades.size() + ack.cash.size() + ack.unanswered);
+    EXPECT_EQ(rows.field(2).toInt(), 0) << "partial rows";
+}
+
+// The program's next start: its login window opens the journal and removes
+// unfinished backups, a login reaches the main window, which loads the
+// writer's entries. Every backup copy left is a whole, readable journal.
+void expectNextStartWorks(QSet<QString> &checkedCopies)
+{
+    store::resetBackupState();
+    frmLogin login;
+    QSignalSpy loggedIn(&login, &frmLogin::loggedIn);
+    login.show();
+    login.findChild<QLineEdit *>(QStringLiteral("txtUserName"))->setText(store::kAdminName);
+    login.findChild<QLineEdit *>(QStringLiteral("txtPassword"))->setText(store::kAdminPassword);
+    login.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+    ASSERT_EQ(loggedIn.count(), 1);
+    frmBefor main;
+    main.GetMame(QStringLiteral("CRASH"), QStringLiteral("user"));
+    main.load();
+
+    static const QRegularExpression copyName(QStringLiteral("^user2-\\d{8}-\\d{6}(-\\d+)?\\.mdb$"));
+    const QString backups = store::backupFolder();
+    for (const QString &name : QDir(backups).entryList(QDir::Files | QDir::Hidden)) {
+        EXPECT_TRUE(copyName.match(name).hasMatch()) << "left in the backup folder: " << qPrintable(name);
+        if (checkedCopies.contains(name))
+            continue;
+        checkedCopies.insert(name);
+        store::Database copy = store::Database::open(backups + u'/' + name, 0, true, store::kConnect);
+        EXPECT_EQ(copy.openRecordset(QStringLiteral("pragma integrity_check")).field(0).toString(), "ok") << qPrintable(name);
+    }
 }
 
 } // namespace
@@ -29,14 +126,13 @@ int count(store::Database &db, const QString &sql)
 TEST(CrashSafety, KilledWritersLoseNothingThatWasAcknowledgedAndLeaveNoPartialRow)
 {
     TestFolder folder;
-    QSet<int> trades, cash;
-    int next = 0;
+    Acknowledged ack;
     QRandomGenerator rng(20261122);
     int killedMidRun = 0;
 
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < kKillRounds; ++round) {
         QProcess writer;
-        writer.start(QStringLiteral(CRASH_WRITER), {folder.path(), QString::number(next)});
+        writer.start(QStringLiteral(CRASH_WRITER), {folder.path(), QString::number(ack.next)});
         ASSERT_TRUE(writer.waitForStarted());
         // Let it get going, then kill it at a random moment.
         writer.waitForReadyRead(10000);
@@ -45,48 +141,68 @@ TEST(CrashSafety, KilledWritersLoseNothingThatWasAcknowledgedAndLeaveNoPartialRo
             ++killedMidRun;
         writer.kill(); // SIGKILL
         writer.waitForFinished();
-        const QList<QByteArray> lines = writer.readAllStandardOutput().split('\n');
-        int highest = next;
-        for (const QByteArray &line : lines) {
-            const QList<QByteArray> parts = line.split(' ');
-            if (parts.size() != 2)
-                continue;
-            const int n = parts[1].toInt();
-            (parts[0] == "T" ? trades : cash).insert(n);
-            highest = std::max(highest, n + 1);
+        ack.read(writer.readAllStandardOutput());
+    }
+    EXPECT_EQ(killedMidRun, kKillRounds);
+    ASSERT_GT(ack.trades.size(), kKillRounds);
+    expectJournalKeeps(ack);
+    std::printf("crash safety: %d rounds, %lld acknowledged trades, %lld acknowledged cash movements\n", kKillRounds,
+                static_cast<long long>(ack.trades.size()), static_cast<long long>(ack.cash.size()));
+}
+
+TEST(CrashSafety, PowerLossesLoseNothingThatWasAcknowledgedAndLeaveNoHalfBackup)
+{
+    const int rounds = qEnvironmentVariableIsSet("TESSALY_POWER_LOSS_ROUNDS")
+                           ? qEnvironmentVariableIntValue("TESSALY_POWER_LOSS_ROUNDS")
+                           : kPowerLossRounds;
+    TestFolder folder;
+    Acknowledged ack;
+    QSet<QString> checkedCopies;
+    QMap<QByteArray, int> moments; // where the power failed, by the layer's words
+    QRandomGenerator rng(20261123);
+    qint64 operations = 0; // of the last writer that ran to its end
+    int exitCode = 0;
+    const auto run = [&](qint64 crashAt) {
+        QProcess writer;
+        writer.start(QStringLiteral(CRASH_WRITER),
+                     {folder.path(), QString::number(ack.next), QString::number(crashAt),
+                      QString::number(rng.generate()), QString::number(kStoresPerRound)});
+        writer.waitForFinished(-1);
+        exitCode = writer.exitStatus() == QProcess::NormalExit ? writer.exitCode() : -1;
+        const QByteArray output = writer.readAllStandardOutput();
+        for (const QByteArray &line : output.split('\n'))
+            if (line.startsWith("O "))
+                operations = line.mid(2).toLongLong();
+        ack.read(output);
+    };
+    run(0); // a writer without power loss tells how many operations one makes
+    ASSERT_EQ(exitCode, 0);
+    ASSERT_GT(operations, 0);
+
+    int round = 0;
+    for (; round < rounds && !::testing::Test::HasFailure(); ++round) {
+        // Now and then beyond the last operation: a writer that finishes.
+        run(rng.bounded(qint64(1), operations + operations / 10 + 1));
+        if (exitCode == powerloss::kPowerLossExit) {
+            ASSERT_FALSE(ack.powerLoss.isEmpty());
+            for (const QByteArray &word : ack.powerLoss.split(' '))
+                ++moments[word];
+            ++moments["power losses"];
+        } else {
+            ASSERT_EQ(exitCode, 0);
         }
-        next = highest + 1; // leave a gap for a store that may have landed unacknowledged
+        expectJournalKeeps(ack);
+        expectNextStartWorks(checkedCopies);
     }
-    EXPECT_EQ(killedMidRun, kRounds);
-    ASSERT_GT(trades.size(), kRounds);
-
-    store::Database db = store::openUserDatabase();
-    {
-        store::Recordset rs = db.openRecordset(QStringLiteral("pragma integrity_check"));
-        EXPECT_EQ(rs.field(0).toString(), "ok");
-    }
-    for (int n : trades) {
-        const QString code = QStringLiteral("%1").arg(n, 6, 10, QLatin1Char('0'));
-        EXPECT_EQ(count(db, QStringLiteral("select count(*) from havewhat where 股票代码='") + code + "'"), 1) << n;
-    }
-    for (int n : cash)
-        EXPECT_EQ(count(db, QStringLiteral("select count(*) from 资金表 where 资金数量=") + QString::number(n)), 1)
-            << n;
-
-    // At most one unacknowledged store per round, and every row whole.
-    const int tradeRows = count(db, QStringLiteral("select count(*) from havewhat"));
-    const int cashRows = count(db, QStringLiteral("select count(*) from 资金表"));
-    EXPECT_GE(tradeRows, trades.size());
-    EXPECT_LE(tradeRows + cashRows, trades.size() + cash.size() + kRounds);
-    EXPECT_EQ(count(db, QStringLiteral("select count(*) from havewhat where userid is null or 股票代码 is null or "
-                                       "股票名称 is null or 成交日期 is null or 成交价格 is null or 成交股数 is null "
-                                       "or 交易费率 is null or 操作记录 is null or 操作原因 is null")),
-              0);
-    EXPECT_EQ(count(db, QStringLiteral("select count(*) from 资金表 where userid is null or 操作日期 is null or "
-                                       "资金数量 is null or 操作原因 is null or 操作表示 is null")),
-              0);
-    std::printf("crash safety: %d rounds, %lld acknowledged trades, %lld acknowledged cash movements, "
-                "%d trade rows, %d cash rows\n",
-                kRounds, static_cast<long long>(trades.size()), static_cast<long long>(cash.size()), tradeRows,
-                cashRows);
+    std::printf("power loss: %d rounds, %lld acknowledged trades, %lld acknowledged cash movements, %lld backup "
+                "copies checked;",
+                round, static_cast<long long>(ack.trades.size()), static_cast<long long>(ack.cash.size()),
+                static_cast<long long>(checkedCopies.size()));
+    for (auto it = moments.cbegin(); it != moments.cend(); ++it)
+        std::printf(" %s %d", it.key().constData(), it.value());
+    std::printf("\n");
+    if (rounds < kPowerLossRounds)
+        return;
+    for (const char *moment : {"backup", "journal", "database", "mid-sector"})
+        EXPECT_GT(moments.value(moment), 0) << "no power loss at a moment of kind " << moment;
 }

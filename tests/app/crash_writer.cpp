@@ -1,9 +1,13 @@
 // Stores trades and cash movements through the entry code, one after the
 // other, and prints a line after each store has returned: "T n" for trade n,
-// "C n" for cash movement n. The crash-safety test kills it at random moments.
+// "C n" for cash movement n. The crash-safety tests kill it at random moments,
+// or, given <crash-at> <seed> <stores>, let the power-loss file layer fail the
+// power at its operation <crash-at> (0: never; the layer's count is printed
+// as "O n" at the end).
 #include "base/Paths.h"
 #include "entry/CashEntry.h"
 #include "entry/TradeEntry.h"
+#include "support/PowerLossVfs.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -13,13 +17,17 @@
 
 int main(int argc, char **argv)
 {
-    if (argc < 3)
+    if (argc != 3 && argc != 6)
         return 2;
     QCoreApplication app(argc, argv);
     base::setProgramFolder(QString::fromLocal8Bit(argv[1]));
     const int start = std::atoi(argv[2]);
+    const bool powerLoss = argc == 6;
+    if (powerLoss)
+        powerloss::install(std::atoll(argv[3]), uint32_t(std::strtoul(argv[4], nullptr, 10)));
+    const int stores = powerLoss ? std::atoi(argv[5]) : 100000;
     const QString user = QStringLiteral("CRASH");
-    for (int n = start; n < start + 100000; ++n) {
+    for (int n = start; n < start + stores; ++n) {
         entry::TradeInput t;
         t.user = user;
         t.date = QDate(2024, 1, 1).addDays(n % 365);
@@ -43,5 +51,7 @@ int main(int argc, char **argv)
         std::printf("C %d\n", n);
         std::fflush(stdout);
     }
+    if (powerLoss)
+        std::printf("O %lld\n", static_cast<long long>(powerloss::operations()));
     return 0;
 }

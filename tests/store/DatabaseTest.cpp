@@ -189,3 +189,18 @@ TEST(OpenDatabase, SeveralHandlesWorkOnTheFileAtOnce)
     b.close();
     EXPECT_EQ(scalar(a, QStringLiteral("select count(*) from user")).toInt(), 2);
 }
+
+TEST(OpenDatabase, EveryHandleKeepsARollbackJournalAndSyncsTheFolderAtCommit)
+{
+    TestFolder folder;
+    {
+        // A file another tool left in write-ahead mode comes back to a journal.
+        Database db = openUserDatabase();
+        EXPECT_EQ(scalar(db, QStringLiteral("pragma journal_mode=wal")).toString(), "wal");
+    }
+    for (const bool readOnly : {false, true}) {
+        Database db = Database::open(base::programFolder() + QStringLiteral("\\user2.mdb"), 1, readOnly, kConnect);
+        EXPECT_EQ(scalar(db, QStringLiteral("pragma journal_mode")).toString(), "delete") << readOnly;
+        EXPECT_EQ(scalar(db, QStringLiteral("pragma synchronous")).toInt(), 3) << readOnly; // EXTRA
+    }
+}
