@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
 #include <string>
@@ -71,14 +73,8 @@ void forgetGhostsIn(const std::string &folder)
 
 std::string contents(const std::string &path)
 {
-    std::string bytes;
-    const int fd = ::open(path.c_str(), O_RDONLY);
-    char chunk[65536];
-    for (ssize_t n; fd >= 0 && (n = ::read(fd, chunk, sizeof chunk)) > 0;)
-        bytes.append(chunk, size_t(n));
-    if (fd >= 0)
-        ::close(fd);
-    return bytes;
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // What the disk holds of `path` after the power failed.
@@ -113,15 +109,9 @@ void settle(const std::string &path, const FileState &s, std::mt19937 &rng)
     Layer &l = layer();
     for (const auto &[path, state] : l.files)
         settle(path, state, l.rng);
-    for (const auto &[path, bytes] : l.ghosts) {
-        if (l.rng() % 2 == 0)
-            continue;
-        const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (fd < 0 || ::write(fd, bytes.data(), bytes.size()) != ssize_t(bytes.size()))
-            std::perror("power-loss layer");
-        if (fd >= 0)
-            ::close(fd);
-    }
+    for (const auto &[path, bytes] : l.ghosts)
+        if (l.rng() % 2)
+            std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
     std::printf("P %s%s\n", where, midSector ? " mid-sector" : "");
     std::fflush(stdout);
     ::_exit(kPowerLossExit);
