@@ -202,6 +202,37 @@ TEST_F(Reports, FundRecordsInDateOrderPositionalDeleteAndFillAfterAnError)
     w.unload();
 }
 
+TEST_F(Reports, TheRecordChosenWithTheKeyboardIsTheOneDeleted)
+{
+    for (int d : {1, 2, 3, 4}) {
+        journal::addTrades({{.code = "600000", .name = "", .date = day(d), .price = 5, .shares = 100.0 * d}});
+        journal::addCash(kUser, day(d), 1000 * d, QString(), true);
+    }
+    frmCha cha;
+    cha.GetMame(kUser, QStringLiteral("user"), QStringLiteral("600000"));
+    frmZjin zjin;
+    zjin.GetMame(kUser, QStringLiteral("user"));
+    const struct {
+        ReportWindow *w;
+        const char *gone; // the record of day 3, chosen by key
+    } windows[] = {{&cha, "havewhat where 成交股数=300"}, {&zjin, "资金表 where 资金数量=3000"}};
+    for (const auto &[w, gone] : windows) {
+        w->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(w));
+        ui::FlexGrid &g = *w->grid();
+        QTest::mouseClick(g.viewport(), Qt::LeftButton, {}, g.visualRect(g.gridModel()->index(4, 1)).center());
+        QTest::keyClick(&g, Qt::Key_Home);
+        QTest::keyClick(&g, Qt::Key_Down);
+        QTest::keyClick(&g, Qt::Key_Down);
+        QTest::mouseClick(g.viewport(), Qt::RightButton, {}, g.visualRect(g.gridModel()->index(1, 1)).center());
+        w->findChild<QMenu *>(QStringLiteral("mnufile"))->hide();
+        deleteAction(*w)->trigger();
+        EXPECT_EQ(journal::count(gone), 0) << gone;
+        EXPECT_EQ(g.rows(), 4) << gone;
+        w->close();
+    }
+}
+
 TEST_F(Reports, ProfitAndLossOneRowPerSoldStock)
 {
     journal::addTrades({

@@ -82,6 +82,23 @@ TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
     QTest::mouseDClick(g.viewport(), Qt::LeftButton, {}, row1);
     EXPECT_EQ(dbl.count(), 1);
     EXPECT_EQ(g.row(), 1);
+
+    // The keyboard moves the current row too, from the row last set or clicked.
+    g.setRows(40);
+    g.setRow(5);
+    const struct {
+        Qt::Key key;
+        int row;
+    } keys[] = {{Qt::Key_Down, 6}, {Qt::Key_Up, 5}, {Qt::Key_End, 39}, {Qt::Key_Home, 1},
+                {Qt::Key_PageDown, -1}, {Qt::Key_PageUp, 1}};
+    for (const auto &k : keys) {
+        QTest::keyClick(&g, k.key);
+        if (k.row > 0)
+            EXPECT_EQ(g.row(), k.row) << k.key;
+        else
+            EXPECT_GT(g.row(), 2) << "page down";
+        EXPECT_TRUE(g.selectionModel()->isRowSelected(g.row(), {})) << k.key;
+    }
 }
 
 TEST(FlexGrid, FiftyThousandRowsFillAndRead)
