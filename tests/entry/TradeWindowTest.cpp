@@ -98,41 +98,28 @@ TEST_F(EntryTest, TradesStoreTheRowEmptyTheBoxesAndKeepTheDate)
 
 TEST_F(EntryTest, DatesTypedAsTheyAreWrittenAreStoredAsTyped)
 {
-    // How the field is entered before typing: as the window leaves it (the
-    // year chosen), with everything selected, or with the day chosen. A date
-    // that does not exist is refused: the date before stays.
-    const struct {
-        const char *typed;
-        QKeyCombination select;
-        QDate stored;
-    } cases[] = {
-        {"2023/1/5", {}, {2023, 1, 5}},
-        {"2023/12/31", {}, {2023, 12, 31}},
-        {"2024-01-05", Qt::CTRL | Qt::Key_A, {2024, 1, 5}},
-        {"2023-1-5", Qt::Key_End, {2023, 1, 5}},
-        {"2023.1.5", Qt::Key_End, {2023, 1, 5}},
-        {"20230105", Qt::CTRL | Qt::Key_A, {2023, 1, 5}},
-        {"2023/02/30", {}, {2023, 1, 5}},
-        {"2023/2/2", {}, {2023, 2, 2}},
-    };
-    auto buy = kBuy.open();
-    auto deposit = openWindow<frmMoneyIn>("ALICE", kDay);
-    int n = 0;
-    for (const auto &c : cases) {
-        QWidget &w = n % 2 ? static_cast<QWidget &>(*deposit) : *buy;
-        auto *date = control<QDateEdit>(w, "DTPicker1");
+    // Typed over the year (as the window leaves the field), all (Ctrl+A) or
+    // the day (End), in the buy and the deposit window by turns. A date that
+    // does not exist is refused: the date before stays.
+    const std::tuple<const char *, QKeyCombination, QDate> cases[] = {
+        {"2023/1/5", {}, {2023, 1, 5}},        {"2023/12/31", {}, {2023, 12, 31}},
+        {"2024-01-05", Qt::CTRL | Qt::Key_A, {2024, 1, 5}}, {"2023-1-5", Qt::Key_End, {2023, 1, 5}},
+        {"2023.1.5", Qt::Key_End, {2023, 1, 5}}, {"20230105", Qt::CTRL | Qt::Key_A, {2023, 1, 5}},
+        {"2023/02/30", {}, {2023, 1, 5}},      {"2023/2/2", {}, {2023, 2, 2}}};
+    const std::unique_ptr<QWidget> windows[] = {kBuy.open(), openWindow<frmMoneyIn>("ALICE", kDay)};
+    for (int n = 0; const auto &[typed, select, stored] : cases) {
+        const bool cash = n++ % 2;
+        QWidget &w = *windows[cash];
         w.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
+        auto *date = control<QDateEdit>(w, "DTPicker1");
         date->setFocus();
-        if (c.select != QKeyCombination())
-            QTest::keyClick(date, c.select.key(), c.select.keyboardModifiers());
-        QTest::keyClicks(date, QLatin1String(c.typed));
+        if (select != QKeyCombination())
+            QTest::keyClick(date, select.key(), select.keyboardModifiers());
+        QTest::keyClicks(date, QLatin1String(typed));
         QTest::keyClick(date, Qt::Key_Return);
-        confirmWith(w, n % 2 ? QStringList{"100"} : QStringList{"600000", "", "10", "100"});
-        const auto rows = storedRows(n % 2 ? QStringLiteral("资金表") : kTrades);
-        ASSERT_FALSE(rows.isEmpty());
-        EXPECT_EQ(rows.last().at(n % 2 ? 1 : 3).toDate(), c.stored) << c.typed;
-        ++n;
+        confirmWith(w, cash ? QStringList{"100"} : QStringList{"600000", "", "10", "100"});
+        EXPECT_EQ(storedRows(cash ? QStringLiteral("资金表") : kTrades).last().at(cash ? 1 : 3).toDate(), stored) << typed;
     }
 }
 
