@@ -187,7 +187,8 @@ TEST_F(Reports, FundRecordsInDateOrderPositionalDeleteAndFillAfterAnError)
     journal::addCash(kUser, day(4), 1500, QStringLiteral("1500"), false);
     frmZjin w;
     w.GetMame(kUser, QStringLiteral("user"));
-    w.load();
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
     ui::FlexGrid &g = *w.grid();
     EXPECT_EQ(gridRows(g, 0), (QStringList{"操作日期|资金数量|操作原因|操作表示", shown(2) + "|20000|--|存入",
                                            shown(4) + "|1500|1500|提取", shown(9) + "|5000|工资|存入"}));
