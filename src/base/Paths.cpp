@@ -120,4 +120,13 @@ bool dirExists(const QString &text)
     return QFileInfo(resolvePath(text)).isDir();
 }
 
+QString nativeSeparators(const QString &text)
+{
+    QString shown = text;
+    for (QChar &c : shown)
+        if (c == u'\\' || c == u'/')
+            c = QDir::separator();
+    return shown;
+}
+
 } // namespace base

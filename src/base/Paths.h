@@ -23,6 +23,9 @@ QString userDataFolder();
 // components that could not be matched as written.
 QString resolvePath(const QString &text);
 
+// A path text as the user is shown it: every "\" or "/" the native separator.
+QString nativeSeparators(const QString &text);
+
 // Existence tests on resolved paths.
 bool fileExists(const QString &text);
 bool dirExists(const QString &text);

@@ -1,6 +1,7 @@
 #include "EntryForm.h"
 
 #include "base/ErrorGuard.h"
+#include "ui/DateField.h"
 
 #include <QDateEdit>
 #include <QGridLayout>
@@ -21,7 +22,7 @@ EntryForm::EntryForm(const QString &captionWord, const QStringList &labels, bool
     Frame1->setObjectName(QStringLiteral("Frame1"));
     auto *grid = new QGridLayout(Frame1);
 
-    DTPicker1 = new QDateEdit(QDate::currentDate(), Frame1);
+    DTPicker1 = new ui::DateField(QDate::currentDate(), Frame1);
     DTPicker1->setObjectName(QStringLiteral("DTPicker1"));
     DTPicker1->setCalendarPopup(true);
     DTPicker1->setDisplayFormat(QStringLiteral("yyyy/M/d"));

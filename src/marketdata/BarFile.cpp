@@ -34,10 +34,12 @@ std::vector<std::unique_ptr<std::vector<char>>> &bufferPool()
 }
 
 // Opens the file a path text names, through the resolver (which tries the
-// path as written first, then letter case and the Wine prefix).
+// path as written first, then letter case and the Wine prefix). Without
+// blocking: a named pipe or a device in a file's place would otherwise wait
+// for a writer; such a thing is then no file (below).
 int openResolved(const QString &text)
 {
-    return ::open(QFile::encodeName(base::resolvePath(text)).constData(), O_RDONLY | O_CLOEXEC);
+    return ::open(QFile::encodeName(base::resolvePath(text)).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
 }
 
 [[noreturn]] void raiseAccessError()
@@ -68,7 +70,7 @@ bool BarFile::open(const QString &text)
     struct stat st;
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
         ::close(fd);
-        return false; // a folder of that name is no file
+        return false; // a folder, pipe or device of that name is no file
     }
     m_size = st.st_size;
     if (m_size > kReadLimit) {

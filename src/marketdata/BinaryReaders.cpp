@@ -10,6 +10,7 @@
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -85,7 +86,8 @@ typedef double Pair __attribute__((vector_size(16)));
 
 // Converts a record straight into its slot (no temporary bar: the loop stays
 // free of store-to-load stalls). Prices are value / 1000 in double precision,
-// stored as single precision.
+// stored as single precision; where fields are taken by their absolute value,
+// a price's is taken after the division, so that every stored price has one.
 template <const BinaryLayout &layout>
 inline void fillBar(StockBar &bar, const unsigned char *rec)
 {
@@ -93,14 +95,15 @@ inline void fillBar(StockBar &bar, const unsigned char *rec)
         const int32_t v = le32(rec + offset);
         return layout.absolute ? absolute32(v) : v;
     };
+    auto price = [&](double v) { return static_cast<float>(layout.absolute ? std::fabs(v) : v); };
     bar.Date = field(0);
     const Pair thousand = {1000.0, 1000.0};
-    const Pair openClose = Pair{double(field(4)), double(field(layout.closeOffset))} / thousand;
-    const Pair highLow = Pair{double(field(layout.highOffset)), double(field(layout.lowOffset))} / thousand;
-    bar.Open = static_cast<float>(openClose[0]);
-    bar.Close = static_cast<float>(openClose[1]);
-    bar.High = static_cast<float>(highLow[0]);
-    bar.Low = static_cast<float>(highLow[1]);
+    const Pair openClose = Pair{double(le32(rec + 4)), double(le32(rec + layout.closeOffset))} / thousand;
+    const Pair highLow = Pair{double(le32(rec + layout.highOffset)), double(le32(rec + layout.lowOffset))} / thousand;
+    bar.Open = price(openClose[0]);
+    bar.Close = price(openClose[1]);
+    bar.High = price(highLow[0]);
+    bar.Low = price(highLow[1]);
     bar.Amount = static_cast<float>(field(20));
     bar.Volume = static_cast<float>(field(24));
 }

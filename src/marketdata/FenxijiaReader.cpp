@@ -81,7 +81,6 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
     file.read(0, header, kHeaderSize);
     const int32_t blockBase = le32(header + 4);
     const int32_t lastEntry = le32(header + 12);
-    const int32_t dataStart = offset32((static_cast<int64_t>(blockBase) - 8) * 512);
 
     // Find the entry whose code begins with `code`. Entries past the end of
     // the file read as zeros and match no code, so the search stops there;
@@ -111,6 +110,9 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
         work = std::make_unique<BarArray>();
 
     if (matched) {
+        // Where the data begins matters only once an entry matched: a file
+        // without a header (empty, or shorter) matches no code and reads nothing.
+        const int32_t dataStart = offset32((static_cast<int64_t>(blockBase) - 8) * 512);
         recordCount = static_cast<int16_t>(le16(entry + 10));
         unsigned char rec[kRecordSize];
         for (int j = 0; j < kBlocksPerEntry; ++j) {

@@ -3,6 +3,7 @@
 #include "base/ErrorGuard.h"
 #include "base/Numbers.h"
 #include "store/Database.h"
+#include "store/SqlText.h"
 
 namespace platform {
 
@@ -47,7 +48,7 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
     out.rows.clear();
     // Some thousand sums of one journal: one read transaction for all.
     const store::ReadBatch batch(db);
-    const QString who = QStringLiteral(" from havewhat where userid='") + user + u'\'';
+    const QString who = QStringLiteral(" from havewhat where userid='") + store::pasteText(user) + u'\'';
     float price = 0.0f;
     float marketTotal = 0.0f;
     float costTotal = 0.0f;
@@ -65,6 +66,7 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
             codes.MoveFirst();
             count = codes.RecordCount();
         });
+        int16_t row = 1; // next grid row: insertion at this position, 16-bit
         int16_t sold = 0;
         int16_t bought = 0;
         int16_t held = 0;
@@ -73,7 +75,7 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
         for (int i = 0; i < count; ++i) {
             QString code;
             resumeNext([&] { code = base::variantText(codes.field(0)); });
-            const QString ofCode = QStringLiteral(" and 股票代码='") + code + u'\'';
+            const QString ofCode = QStringLiteral(" and 股票代码='") + store::pasteText(code) + u'\'';
             const QString sellRows = who + QStringLiteral(" and 操作记录='卖出'") + ofCode;
             const QString buyRows = who + QStringLiteral(" and 操作记录='买进'") + ofCode;
 
@@ -86,6 +88,10 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
                 bought = v.isNull() ? int16_t(0) : base::toInt16(v.toDouble());
             });
             resumeNext([&] { held = base::sub16(bought, sold); });
+            // The share-based cells take bought - sold afresh: when the
+            // difference overflows, they stay unwritten (held may still be
+            // the previous code's and shows the row).
+            const auto shares = [&] { return base::sub16(bought, sold); };
 
             if (held > 0) {
                 resumeNext([&] {
@@ -103,16 +109,23 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
                 resumeNext([&] { cells[1] = code; });
                 resumeNext([&] { cells[2] = QStringLiteral(" "); });
                 resumeNext([&] { cells[3] = base::singleText(base::toSingle(divide(costIn, bought))); });
-                resumeNext([&] { cells[4] = QString::number(held); });
-                resumeNext([&] { cells[5] = base::singleText(base::toSingle(divide(costIn, bought) * held)); });
-                resumeNext([&] { cells[6] = base::singleText(base::toSingle(double(price) * held)); });
+                resumeNext([&] { cells[4] = QString::number(shares()); });
+                resumeNext([&] { cells[5] = base::singleText(base::toSingle(divide(costIn, bought) * shares())); });
+                resumeNext([&] { cells[6] = base::singleText(base::toSingle(double(price) * shares())); });
                 resumeNext([&] {
-                    cells[7] = base::singleText(base::toSingle(double(price) * held - divide(costIn, bought) * held));
+                    cells[7] = base::singleText(
+                        base::toSingle(double(price) * shares() - divide(costIn, bought) * shares()));
                 });
-                out.rows.push_back(cells);
+                // Inserted at position row (a row past the end fails and is skipped).
+                resumeNext([&] {
+                    if (row > int(out.rows.size()) + 1)
+                        base::raiseSubscript();
+                    out.rows.insert(out.rows.begin() + (row - 1), cells);
+                });
 
-                resumeNext([&] { marketTotal = base::toSingle(double(marketTotal) + double(price) * held); });
-                resumeNext([&] { costTotal = base::toSingle(double(costTotal) + divide(costIn, bought) * held); });
+                resumeNext([&] { marketTotal = base::toSingle(double(marketTotal) + double(price) * shares()); });
+                resumeNext([&] { costTotal = base::toSingle(double(costTotal) + divide(costIn, bought) * shares()); });
+                resumeNext([&] { row = base::add16(row, 1); });
             }
             resumeNext([&] { codes.MoveNext(); });
         }
@@ -123,7 +136,7 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
 
     float deposits = 0.0f;
     float withdrawals = 0.0f;
-    const QString funds = QStringLiteral("select sum(资金数量) from 资金表 where userid='") + user + u'\'';
+    const QString funds = QStringLiteral("select sum(资金数量) from 资金表 where userid='") + store::pasteText(user) + u'\'';
     resumeNext([&] {
         const QVariant v = scalar(db, funds + QStringLiteral(" and 操作表示='存入'"));
         deposits = v.isNull() ? 0.0f : base::toSingle(v.toDouble());

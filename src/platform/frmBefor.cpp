@@ -8,6 +8,7 @@
 #include "marketdata/StockList.h"
 #include "reports/QueryGrid.h"
 #include "store/FeeRates.h"
+#include "store/SqlText.h"
 #include "ui/FlexGrid.h"
 #include "ui/Form.h"
 
@@ -231,7 +232,7 @@ void frmBefor::LoadRates()
 
 QString frmBefor::rawQuery() const
 {
-    return QStringLiteral("select * from havewhat where userid='") + m_userName + u'\'';
+    return QStringLiteral("select * from havewhat where userid='") + store::pasteText(m_userName) + u'\'';
 }
 
 void frmBefor::FrmRef()

@@ -1,5 +1,7 @@
 #include "ReportSql.h"
 
+#include "store/SqlText.h"
+
 namespace reports::sql {
 
 namespace {
@@ -7,8 +9,8 @@ QString operation(bool buy)
 {
     return buy ? QStringLiteral(" and 操作记录='买进'") : QStringLiteral(" and 操作记录='卖出'");
 }
-QString ofUser(const QString &user) { return QStringLiteral(" where userid='") + user + u'\''; }
-QString ofCode(const QString &code) { return QStringLiteral(" and 股票代码='") + code + u'\''; }
+QString ofUser(const QString &user) { return QStringLiteral(" where userid='") + store::pasteText(user) + u'\''; }
+QString ofCode(const QString &code) { return QStringLiteral(" and 股票代码='") + store::pasteText(code) + u'\''; }
 } // namespace
 
 QString tradeCodes(const QString &user)
@@ -35,7 +37,7 @@ QString stockRecords(const QString &user, const QString &code)
 
 QString fundRecords(const QString &user)
 {
-    return QStringLiteral("select * from 资金表 where userid='") + user + QStringLiteral("' order by  操作日期 asc");
+    return QStringLiteral("select * from 资金表 where userid='") + store::pasteText(user) + QStringLiteral("' order by  操作日期 asc");
 }
 
 QString soldCodes(const QString &user)
@@ -58,7 +60,7 @@ QString purchaseTotals(const QString &user, const QString &code)
 QString saleDates(const QString &user, const QString &code)
 {
     return QStringLiteral("select 成交日期 from havewhat") + ofUser(user) + operation(false)
-        + QStringLiteral(" and 股票代码='") + code + QStringLiteral("' order by 成交日期");
+        + QStringLiteral(" and 股票代码='") + store::pasteText(code) + QStringLiteral("' order by 成交日期");
 }
 
 } // namespace reports::sql

@@ -2,6 +2,7 @@
 
 #include "base/ErrorGuard.h"
 #include "base/Numbers.h"
+#include "store/SqlText.h"
 
 namespace store {
 
@@ -34,7 +35,7 @@ bool isEmpty(const Recordset &rs)
 
 QString accountQuery(const QString &name)
 {
-    return QStringLiteral("select * from user where username='") + name + u'\'';
+    return QStringLiteral("select * from user where ") + foldedEquals(QStringLiteral("username"), name);
 }
 
 QString accountListQuery()

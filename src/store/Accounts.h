@@ -12,7 +12,8 @@
 
 namespace store {
 
-// "select * from user where username='<name>'" (no escaping).
+// "select * from user where username='<name>'" (no escaping), the name
+// compared with both sides case-folded for letters beyond A to Z.
 QString accountQuery(const QString &name);
 // The accounts listed by user management (the administrator is left out by SQL).
 QString accountListQuery();

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <tuple>
 #include <utility>
 
 namespace store {
@@ -124,26 +125,41 @@ void copyDatabase(sqlite3 *connection, const QString &target)
         QFile::remove(part);
         fail(ErrDiskIo, QStringLiteral("不能写入备份文件 '%1'").arg(target), detail);
     }
+    // Readable by whoever may read the journal itself, nobody else.
+    const char *source = sqlite3_db_filename(connection, "main");
+    if (source && *source)
+        QFile::setPermissions(part, QFile::permissions(QFile::decodeName(source)));
     if (!QFile::rename(part, target)) {
         QFile::remove(part);
         fail(ErrDiskIo, QStringLiteral("不能写入备份文件 '%1'").arg(target), QString());
     }
 }
 
-void pruneBackups(const QString &folder, int keep)
+void pruneBackups(const QString &folder, int keep, const QString &spare)
 {
-    // Newest first: by the time in the name, then by the -N of copies made
-    // within the same second.
-    std::vector<std::pair<std::pair<QString, int>, QString>> found;
-    const QStringList names = QDir(folder).entryList(QDir::Files);
-    for (const QString &name : names) {
-        const QRegularExpressionMatch m = backupPattern().match(name);
-        if (m.hasMatch())
-            found.push_back({{m.captured(1), m.captured(2).isEmpty() ? 1 : m.captured(2).toInt()}, name});
+    // Newest first by the time on disk (the names hold the clock of their
+    // run, which may have been set ahead), then by the name's time and the
+    // -N of copies made within the same second.
+    struct Copy {
+        QDateTime modified;
+        QString stamp;
+        int number;
+        QString name;
+    };
+    std::vector<Copy> found;
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files);
+    for (const QFileInfo &file : files) {
+        const QRegularExpressionMatch m = backupPattern().match(file.fileName());
+        if (m.hasMatch() && file.fileName() != spare)
+            found.push_back({file.lastModified(), m.captured(1), m.captured(2).isEmpty() ? 1 : m.captured(2).toInt(),
+                             file.fileName()});
     }
-    std::sort(found.begin(), found.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
-    for (size_t i = size_t(std::max(keep, 0)); i < found.size(); ++i)
-        QFile::remove(folder + u'/' + found[i].second);
+    std::sort(found.begin(), found.end(), [](const Copy &a, const Copy &b) {
+        return std::tie(a.modified, a.stamp, a.number) > std::tie(b.modified, b.stamp, b.number);
+    });
+    const int others = std::max(keep - (spare.isEmpty() ? 0 : 1), 0);
+    for (size_t i = size_t(others); i < found.size(); ++i)
+        QFile::remove(folder + u'/' + found[i].name);
 }
 
 void backupBeforeFirstWrite(sqlite3 *connection)
@@ -155,8 +171,10 @@ void backupBeforeFirstWrite(sqlite3 *connection)
     try {
         if (!QDir().mkpath(folder) || !QFileInfo(folder).isDir())
             fail(ErrCannotOpen, QStringLiteral("不能建立备份文件夹 '%1'").arg(folder), QString());
-        copyDatabase(connection, freshName(folder, now()));
-        pruneBackups(folder, kBackupsKept);
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QString target = freshName(folder, now());
+        copyDatabase(connection, target);
+        pruneBackups(folder, kBackupsKept, QFileInfo(target).fileName());
     } catch (const base::RuntimeError &e) {
         std::fprintf(stderr, "Tessaly: 数据库备份失败，本次运行没有备份 (%s)\n", qPrintable(e.description()));
     } catch (const std::exception &e) {

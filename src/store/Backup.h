@@ -26,13 +26,16 @@ void backupBeforeFirstWrite(sqlite3 *connection);
 QString backupFolder();
 
 // Copies the open database of `connection` into `target` (a real path that
-// must not exist yet), keyed with the journal's password. Raises
+// must not exist yet), keyed with the journal's password and given the
+// permissions of the database's own file. Raises
 // base::RuntimeError when the copy cannot be made; no partial file is left.
 void copyDatabase(sqlite3 *connection, const QString &target);
 
 // Removes the oldest backups in `folder` (files named like the ones made here,
-// other files are left alone) so that `keep` remain.
-void pruneBackups(const QString &folder, int keep);
+// other files are left alone), oldest by their time on disk, so that `keep`
+// remain; `spare` (a file name in the folder) is never removed and counts
+// among those kept.
+void pruneBackups(const QString &folder, int keep, const QString &spare = QString());
 
 // Removes what a backup cut short (by a crash or a power loss) left in the
 // backup folder: the copy's temporary file and its engine journal. Runs once

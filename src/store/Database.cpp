@@ -2,6 +2,7 @@
 
 #include "Backup.h"
 #include "CipherKey.h"
+#include "SqlText.h"
 #include "base/Numbers.h"
 #include "base/Paths.h"
 
@@ -405,6 +406,7 @@ class Statement {
 public:
     Statement(sqlite3 *db, const QString &sql, const QString &fileName)
     {
+        checkStatementText(sql);
         const QByteArray utf8 = sql.toUtf8();
         const char *tail = nullptr;
         const int rc = sqlite3_prepare_v2(db, utf8.constData(), int(utf8.size()), &m_st, &tail);
@@ -558,6 +560,7 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
         return rc;
     }
     sqlite3_busy_timeout(db, 2000);
+    registerCaseFold(db);
     // Every page read from the file is decrypted and checked; the default
     // cache (2 MB) is smaller than a journal of some ten thousand trades, so
     // the per-stock queries of the holdings and reports would decrypt the
@@ -569,10 +572,11 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
 
 } // namespace
 
-Database Database::open(const QString &name, int options, bool readOnly, const QString &connect)
+Database Database::open(const QString &text, int options, bool readOnly, const QString &connect)
 {
     Q_UNUSED(options); // never exclusive: several handles of this process share the file
-    const QString path = base::resolvePath(name);
+    const QString path = base::resolvePath(text);
+    const QString name = base::nativeSeparators(text); // as messages show it
     const QFileInfo info(path);
     if (!info.exists() || !info.isFile())
         raise(ErrFileNotFound, QStringLiteral("找不到文件 '%1'。").arg(name));

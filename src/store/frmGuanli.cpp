@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace {
@@ -69,7 +70,13 @@ frmGuanli::frmGuanli(QWidget *parent) : ui::Form(parent)
     layout->addLayout(top);
     layout->addLayout(buttons);
 
+    // An account is chosen by a click or by the keyboard (arrows, Page
+    // Up/Down, Home/End): either way it is the one that 删除 acts on.
     connect(List1, &QListWidget::itemClicked, this, base::guarded([this](QListWidgetItem *item) { List1_Click(item); }));
+    connect(List1, &QListWidget::currentItemChanged, this, base::guarded([this](QListWidgetItem *item, QListWidgetItem *) {
+                if (item)
+                    List1_Click(item);
+            }));
     connect(Command1, &QPushButton::clicked, this, base::guarded([this](bool) { Command1_Click(); }));
     connect(Command2, &QPushButton::clicked, this, base::guarded([this](bool) { Command2_Click(); }));
     connect(Command4, &QPushButton::clicked, this, base::guarded([this](bool) { Command4_Click(); }));
@@ -105,6 +112,7 @@ void frmGuanli::formUnload()
 
 void frmGuanli::fillList()
 {
+    const QSignalBlocker quiet(List1); // refilling chooses no account
     List1->clear();
     m_sql = store::accountListQuery();
     List1->addItems(store::fillUserList(m_db, m_rs, m_count));

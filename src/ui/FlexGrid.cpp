@@ -1,8 +1,11 @@
 #include "FlexGrid.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPalette>
+
+#include <algorithm>
 
 namespace ui {
 
@@ -317,10 +320,15 @@ void FlexGrid::setRow(int r)
 
 void FlexGrid::highlightRow(int r)
 {
-    // Marks the row without making it the view's current index: setting the
-    // current row of the grid does not scroll it, only a click does.
+    // Marks the row and makes it the view's current index, so that the
+    // arrow keys go on from it; setting the current row of the grid does not
+    // scroll it, only a click or a key does.
     if (!selectionModel() || r <= 0 || r >= rows() || cols() <= 0)
         return;
+    const bool scrolls = hasAutoScroll();
+    setAutoScroll(false);
+    selectionModel()->setCurrentIndex(m_model->index(r, std::clamp(m_col, 0, cols() - 1)), QItemSelectionModel::NoUpdate);
+    setAutoScroll(scrolls);
     selectionModel()->select(QItemSelection(m_model->index(r, 0), m_model->index(r, cols() - 1)),
                              QItemSelectionModel::ClearAndSelect);
 }
@@ -389,6 +397,25 @@ void FlexGrid::mouseReleaseEvent(QMouseEvent *event)
         m_pressedLeft = false;
         emit gridClicked();
     }
+}
+
+void FlexGrid::keyPressEvent(QKeyEvent *event)
+{
+    QTableView::keyPressEvent(event);
+    const QModelIndex i = currentIndex();
+    if (i.isValid() && i.row() > 0) {
+        m_row = i.row();
+        m_col = i.column();
+    }
+}
+
+QModelIndex FlexGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    // Rows are what the grid selects: Home and End go to the first and the
+    // last row, as Ctrl+Home and Ctrl+End do in a table.
+    if (action == MoveHome || action == MoveEnd)
+        modifiers |= Qt::ControlModifier;
+    return QTableView::moveCursor(action, modifiers);
 }
 
 void FlexGrid::mouseDoubleClickEvent(QMouseEvent *event)

@@ -106,7 +106,8 @@ public:
     int colWidth(int c) const;
     void setColWidth(int c, int twips);
 
-    // The current cell; a left click moves it, a right click does not.
+    // The current cell: the row last chosen with the left button or the
+    // keyboard (arrows, Page Up/Down, Home/End); a right click leaves it.
     int row() const { return m_row; }
     void setRow(int r);
     int col() const { return m_col; }
@@ -147,6 +148,8 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
     void syncHeaderRow();

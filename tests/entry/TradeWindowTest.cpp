@@ -96,6 +96,33 @@ TEST_F(EntryTest, TradesStoreTheRowEmptyTheBoxesAndKeepTheDate)
     EXPECT_TRUE(messages.isEmpty());
 }
 
+TEST_F(EntryTest, DatesTypedAsTheyAreWrittenAreStoredAsTyped)
+{
+    // Typed over the year (as the window leaves the field), all (Ctrl+A) or
+    // the day (End), in the buy and the deposit window by turns. A date that
+    // does not exist is refused: the date before stays.
+    const std::tuple<const char *, QKeyCombination, QDate> cases[] = {
+        {"2023/1/5", {}, {2023, 1, 5}},        {"2023/12/31", {}, {2023, 12, 31}},
+        {"2024-01-05", Qt::CTRL | Qt::Key_A, {2024, 1, 5}}, {"2023-1-5", Qt::Key_End, {2023, 1, 5}},
+        {"2023.1.5", Qt::Key_End, {2023, 1, 5}}, {"20230105", Qt::CTRL | Qt::Key_A, {2023, 1, 5}},
+        {"2023/02/30", {}, {2023, 1, 5}},      {"2023/2/2", {}, {2023, 2, 2}}};
+    const std::unique_ptr<QWidget> windows[] = {kBuy.open(), openWindow<frmMoneyIn>("ALICE", kDay)};
+    for (int n = 0; const auto &[typed, select, stored] : cases) {
+        const bool cash = n++ % 2;
+        QWidget &w = *windows[cash];
+        w.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
+        auto *date = control<QDateEdit>(w, "DTPicker1");
+        date->setFocus();
+        if (select != QKeyCombination())
+            QTest::keyClick(date, select.key(), select.keyboardModifiers());
+        QTest::keyClicks(date, QLatin1String(typed));
+        QTest::keyClick(date, Qt::Key_Return);
+        confirmWith(w, cash ? QStringList{"100"} : QStringList{"600000", "", "10", "100"});
+        EXPECT_EQ(storedRows(cash ? QStringLiteral("资金表") : kTrades).last().at(cash ? 1 : 3).toDate(), stored) << typed;
+    }
+}
+
 TEST_F(EntryTest, StoredRateFollowsTheCodePrefix)
 {
     const struct {

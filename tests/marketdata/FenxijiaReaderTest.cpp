@@ -142,4 +142,11 @@ TEST(FenxijiaReader, HeaderOffsetsOutOfRange)
     BarArray fresh;
     EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, fresh).count, 1);
     EXPECT_EQ(fresh[1], StockBar{});
+
+    // Empty or shorter than its header: no entry matches, so nothing is read.
+    for (int length : {0, 10}) {
+        d.write(QStringLiteral("DATA/SH/day.dat"), file.left(length));
+        EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, fresh).count, 0) << length;
+        EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 2, fresh).count, 1) << length;
+    }
 }

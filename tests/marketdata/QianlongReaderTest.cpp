@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace mdtest;
 
 TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
@@ -183,6 +185,13 @@ TEST(QianlongReader, DefinedFailures)
     EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600002"), 1, bars); }),
               base::ErrSubscript);
     EXPECT_EQ(bars[20000].Date, 20000101 + 19999);
+
+    // A named pipe where a price file should be is no file; opening it does
+    // not wait for a writer.
+    d.write(QStringLiteral("data/shase/day/600003.day"), {});
+    const QString pipe = d.path() + QStringLiteral("/data/shase/day/600004.day");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("600004"), 1, bars).untouched());
 }
 
 TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
@@ -193,6 +202,7 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     d.write(QStringLiteral("data/sh/day/1A0001.day"), rec40(20240103, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/800000.day"), rec40(20240105, 1, 2, 3, 4, 5, 6));
     d.write(QStringLiteral("data/sh/day/600001.day"), rec40(20240102, INT32_MIN, 0, 0, 0, 0, 0));
+    d.write(QStringLiteral("data/sh/day/600002.day"), rec40(20240102, 0, 0, 0, 0, INT32_MIN, 0));
     BarArray bars;
     ASSERT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600000"), 1, bars).count, 1);
     EXPECT_EQ(bars[1], (StockBar{20240102, 10.0f, 12.5f, 13.0f, 9.0f, 66, 55}));
@@ -201,6 +211,10 @@ TEST(ShenglongReader, AbsoluteValuesOwnFoldersNoIndexTable)
     EXPECT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("1A0001"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20240103);
     EXPECT_TRUE(readBars(ReadShenglong, d.path(), QStringLiteral("800000"), 1, bars).untouched());
-    EXPECT_EQ(errorOf([&] { readBars(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars); }),
+    // A price is divided before its absolute value is taken; the most
+    // negative amount has no absolute value.
+    ASSERT_EQ(readBars(ReadShenglong, d.path(), QStringLiteral("600001"), 1, bars).count, 1);
+    EXPECT_EQ(bars[1].Open, 2147483.648f);
+    EXPECT_EQ(errorOf([&] { readBars(ReadShenglong, d.path(), QStringLiteral("600002"), 1, bars); }),
               base::ErrOverflow);
 }

@@ -102,6 +102,20 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
     ASSERT_EQ(h.rows.size(), 2u);
     EXPECT_EQ(h.rows[0][4], "900");
     EXPECT_EQ(h.rows[1][4], "900");
+
+    // A held difference beyond 16 bits: the row is shown on the previous
+    // code's held count, but its share-based cells stay unwritten and it adds
+    // nothing to the market value.
+    TestFolder third;
+    db = store::openUserDatabase();
+    addTrade(db, {"600004", kBuy, 1, 500, 0});
+    addTrade(db, {"600005", kBuy, 1, 30000, 0});
+    addTrade(db, {"600005", kSell, 1, -5000, 0});
+    quotes.closes = {{"600004", 2}, {"600005", 3}};
+    h = run();
+    ASSERT_EQ(h.rows.size(), 2u);
+    EXPECT_EQ(QStringList(h.rows[1].begin(), h.rows[1].end()), (QStringList{"", "600005", " ", "1", "", "", "", ""}));
+    EXPECT_EQ(h.marketValue, "1000");
 }
 
 TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValue)

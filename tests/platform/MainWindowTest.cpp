@@ -120,16 +120,17 @@ TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
     EXPECT_EQ(grid()->textMatrix(0, 1), "userid");
     EXPECT_EQ(grid()->textMatrix(3, 2), "600003");
 
-    // Choose row 3 with the left button, then right-click another row: the
-    // menu acts on the row chosen last with the left button.
-    const QRect row3 = grid()->visualRect(grid()->model()->index(3, 1));
-    QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, row3.center());
-    ASSERT_EQ(grid()->row(), 3);
-    rightClickRow(1);
+    // Click row 1, go two rows down with the arrow keys, then right-click
+    // another row: the menu acts on the row chosen last, by key or button.
+    const QRect row1 = grid()->visualRect(grid()->model()->index(1, 1));
+    QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, row1.center());
+    QTest::keyClick(grid(), Qt::Key_Down);
+    QTest::keyClick(grid(), Qt::Key_Down);
+    rightClickRow(2);
     EXPECT_TRUE(editMenu()->isVisible());
     editMenu()->hide();
     EXPECT_EQ(grid()->row(), 3);
-    w->mnuDelClick();
+    w->findChild<QAction *>(QStringLiteral("mnuDel"))->trigger();
 
     ASSERT_EQ(grid()->rows(), 3);
     EXPECT_EQ(grid()->textMatrix(1, 2), "600001");

@@ -127,6 +127,27 @@ TEST_F(BackupTest, ElevenRunsKeepTheTenNewest)
     EXPECT_EQ(cashRows(backupPath(copies.last())), 10);
 }
 
+TEST_F(BackupTest, CopiesKeepTheJournalsModeAndPruneByAgeOnDisk)
+{
+    // Ten copies made while the clock was set years ahead, then one now.
+    ASSERT_TRUE(QFile::setPermissions(folder.databasePath(), QFile::ReadOwner | QFile::WriteOwner));
+    for (int run = 0; run <= kBackupsKept; ++run) {
+        resetBackupState();
+        clock = run < kBackupsKept ? kRunTime.addYears(4).addDays(run) : kRunTime;
+        Database db = openUserDatabase();
+        addCash(db, run);
+        if (run < kBackupsKept) // dated on disk as named
+            QFile(backupPath(backups().last())).setFileTime(clock, QFileDevice::FileModificationTime);
+    }
+    const QStringList copies = backups();
+    ASSERT_EQ(copies.size(), kBackupsKept);
+    EXPECT_EQ(copies.first(), QStringLiteral("user2-20261122-213005.mdb")); // the copy just made stays
+    EXPECT_EQ(copies.at(1), QStringLiteral("user2-20301123-213005.mdb"));   // the oldest on disk went
+    // Owner, group and other bits: 0600 like the journal, the folder 0700.
+    EXPECT_EQ(int(QFile::permissions(backupPath(copies.first()))) & 0x7077, 0x6000);
+    EXPECT_EQ(int(QFile::permissions(folder.file(QStringLiteral("backup")))) & 0x7077, 0x7000);
+}
+
 TEST_F(BackupTest, CopiesWithinOneSecondGetNumberedAndPruneInOrder)
 {
     for (int run = 0; run < 3; ++run) {

@@ -2,6 +2,7 @@
 
 #include "StoreTestUtil.h"
 #include "support/TestFolder.h"
+#include "support/Typing.h"
 
 #include "store/Accounts.h"
 #include "store/Schema.h"
@@ -134,6 +135,30 @@ TEST_F(GuanliTest, AnOrdinaryCallerChangesAndDeletesOnlyHisOwnAccount)
     press("Command2");
     EXPECT_EQ(listed(), QStringList{"Bob"});
     EXPECT_TRUE(messages.isEmpty());
+}
+
+TEST_F(GuanliTest, KeysChooseTheAccountAndNamesBeyondAsciiFoldTheirCase)
+{
+    open(QStringLiteral("SUPERVISOR"), QStringLiteral("System"));
+    for (const char *name : {"josé", "ｗａｎｇ", "JOSÉ", "ＷａＮＧ", " bOB "}) {
+        typeText(text(1), QString::fromUtf8(name));
+        for (int n : {2, 3})
+            QTest::keyClicks(text(n), QStringLiteral("pw"));
+        press("Command1");
+    }
+    // The other-case duplicates are refused.
+    EXPECT_EQ(listed(), (QStringList{"Alice", "Bob", "josé", "ｗａｎｇ"}));
+
+    click(QStringLiteral("Alice"));
+    QTest::keyClick(list(), Qt::Key_Down);
+    QTest::keyClick(list(), Qt::Key_Down);
+    EXPECT_EQ(text(1)->text(), QStringLiteral("josé"));
+    press("Command2");
+    EXPECT_EQ(listed(), (QStringList{"Alice", "Bob", "ｗａｎｇ"}));
+    click(QStringLiteral("Alice"));
+    QTest::keyClick(list(), Qt::Key_End);
+    press("Command2");
+    EXPECT_EQ(listed(), (QStringList{"Alice", "Bob"}));
 }
 
 TEST_F(GuanliTest, AddRefusesDifferentRepetitionsAndExistingNames)

@@ -2,6 +2,7 @@
 
 #include "StoreTestUtil.h"
 #include "support/TestFolder.h"
+#include "support/Typing.h"
 
 #include "base/ErrorGuard.h"
 #include "store/Accounts.h"
@@ -111,16 +112,43 @@ TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
     EXPECT_FALSE(form.isLoaded());
 }
 
-TEST_F(LoginTest, AQuoteInTheNameEndsTheProgram)
+TEST_F(LoginTest, NamesBeyondAsciiLogInTypedInAnyCase)
+{
+    store::Database db = store::openUserDatabase();
+    store::Recordset rs;
+    store::addAccount(db, rs, QStringLiteral("josé"), QStringLiteral("pw"));
+    store::addAccount(db, rs, QStringLiteral("ｗａｎｇ"), QStringLiteral("pw"));
+    for (const char *name : {"JOSÉ", "ＷａＮｇ"}) {
+        frmLogin login;
+        login.show();
+        QSignalSpy in(&login, &frmLogin::loggedIn);
+        typeText(login.findChild<QLineEdit *>(QStringLiteral("txtUserName")), QString::fromUtf8(name));
+        QTest::keyClicks(login.findChild<QLineEdit *>(QStringLiteral("txtPassword")), QStringLiteral("pw"));
+        login.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+        ASSERT_EQ(in.count(), 1) << name;
+        EXPECT_EQ(in.at(0).at(0).toString(), QString::fromUtf8(name).toUpper());
+    }
+}
+
+TEST_F(LoginTest, AQuoteInTheNameEndsTheProgramWithTheFileUnchanged)
 {
     qputenv("TESSALY_ERRORS_TO_STDERR", "1");
-    type(QStringLiteral("o'neil"), QStringLiteral("x"));
-    EXPECT_EXIT(
-        {
-            ui::installErrorBox();
-            button("cmdOK")->click();
-        },
-        ::testing::ExitedWithCode(1), "运行时错误 '3075'");
+    const QByteArray before = fileBytes(folder.databasePath());
+    for (const char *name : {"o'neil", "kb'--", "X' UNION SELECT 9,'A',LOWER('PW'),'S'||LOWER('YSTEM') FROM USER WHERE 'A'='A",
+                             "X' OR ROWID>2 AND 'A'='A"}) {
+        edit("txtUserName")->clear();
+        edit("txtPassword")->clear();
+        QTest::keyClicks(edit("txtUserName"), QLatin1String(name));
+        QTest::keyClicks(edit("txtPassword"), QStringLiteral("pw"));
+        EXPECT_EXIT(
+            {
+                ui::installErrorBox();
+                button("cmdOK")->click();
+            },
+            ::testing::ExitedWithCode(1), "运行时错误 '3075'")
+            << name;
+        EXPECT_EQ(fileBytes(folder.databasePath()), before) << name;
+    }
 }
 
 TEST(LoginStart, AMissingDatabaseEndsTheProgramAtLoad)
@@ -133,5 +161,6 @@ TEST(LoginStart, AMissingDatabaseEndsTheProgramAtLoad)
             frmLogin form;
             form.show();
         },
-        ::testing::ExitedWithCode(1), "运行时错误 '3024'");
+        // The path is shown with one kind of separator.
+        ::testing::ExitedWithCode(1), "运行时错误 '3024'[^\\\\]*/user2\\.mdb'");
 }

@@ -82,6 +82,17 @@ TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
     QTest::mouseDClick(g.viewport(), Qt::LeftButton, {}, row1);
     EXPECT_EQ(dbl.count(), 1);
     EXPECT_EQ(g.row(), 1);
+
+    // The keyboard moves the current row too, from the row last set or clicked.
+    g.setRows(40);
+    g.setRow(5);
+    const std::pair<Qt::Key, int> keys[] = {{Qt::Key_Down, 6}, {Qt::Key_End, 39}, {Qt::Key_Home, 1},
+                                            {Qt::Key_PageDown, 0}, {Qt::Key_PageUp, 1}}; // 0: below row 2
+    for (const auto &[key, row] : keys) {
+        QTest::keyClick(&g, key);
+        EXPECT_TRUE(row ? g.row() == row : g.row() > 2) << key << ' ' << g.row();
+        EXPECT_TRUE(g.selectionModel()->isRowSelected(g.row(), {})) << key;
+    }
 }
 
 TEST(FlexGrid, FiftyThousandRowsFillAndRead)
