@@ -105,20 +105,17 @@ void frmAnalysis::GetMame(const QString &GuName, const QString &GuPower)
 void frmAnalysis::formLoad()
 {
     setWindowTitle(m_GuName + QStringLiteral("  投资分析"));
-    {
-        store::Database db = store::openUserDatabase();
-        m_method = savedCostMethod(db, m_GuName);
-        db.close();
-    }
+    // One handle for the load: opening the file derives its key, which takes a while.
+    store::Database db = store::openUserDatabase();
+    m_method = savedCostMethod(db, m_GuName);
     (m_method == CostMethod::Fifo ? optFifo : optAverage)->setChecked(true);
-    readJournal();
+    readJournal(db);
+    db.close();
 }
 
-void frmAnalysis::readJournal()
+void frmAnalysis::readJournal(store::Database &db)
 {
-    store::Database db = store::openUserDatabase();
     m_journal = loadJournal(db, m_GuName);
-    db.close();
     m_prices = readPrices(m_journal);
     chartValues->setSeries(valueSeries(m_journal, m_prices));
     refresh();
@@ -160,8 +157,11 @@ void frmAnalysis::actionsClick()
     const bool stockRow = r >= 1 && r < gridStocks->rows() - 1; // not the header, not the total
     w.GetMame(m_GuName, m_GuPower, stockRow ? gridStocks->textMatrix(r, 1) : QString());
     w.exec();
-    if (w.changed())
-        readJournal();
+    if (w.changed()) {
+        store::Database db = store::openUserDatabase();
+        readJournal(db);
+        db.close();
+    }
 }
 
 Table frmAnalysis::currentTable() const

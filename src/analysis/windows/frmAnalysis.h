@@ -17,6 +17,10 @@ class QLabel;
 class QRadioButton;
 class QTabWidget;
 
+namespace store {
+class Database;
+}
+
 namespace ui {
 class FlexGrid;
 }
@@ -42,7 +46,7 @@ protected:
     void formLoad() override;
 
 private:
-    void readJournal();
+    void readJournal(store::Database &db);
     void refresh();
     void methodChanged();
     void actionsClick();
