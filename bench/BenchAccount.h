@@ -6,6 +6,8 @@
 #include <QList>
 #include <QString>
 
+class frmBefor;
+
 namespace bench {
 
 // Makes a fresh user2.mdb in `folder`, points the program folder at it and
@@ -14,5 +16,10 @@ namespace bench {
 // transaction.
 void writeTradeJournal(const QString &folder, const QList<demodata::DemoStock> &stocks, int tradesPerStock,
                        const QString &user);
+
+// Median time of one confirmation of the buy window opened from `main` for
+// `user` (open, append, close) with the main window's refresh of its raw
+// trade records, as the program connects them.
+double confirmBuyMs(frmBefor &main, const QString &user);
 
 } // namespace bench

@@ -2,7 +2,7 @@
 #include "Bench.h"
 
 #include <QApplication>
-#include <QTextStream>
+#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -37,6 +37,17 @@ double median(std::vector<double> samples)
     std::sort(samples.begin(), samples.end());
     const size_t n = samples.size();
     return n % 2 ? samples[n / 2] : (samples[n / 2 - 1] + samples[n / 2]) / 2;
+}
+
+double residentMb()
+{
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    return 0;
 }
 
 } // namespace bench

@@ -14,7 +14,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -23,18 +22,6 @@ namespace {
 
 constexpr int kStocks = 300;
 constexpr int kTradesPerStock = 100;
-
-// Resident memory of this process in MB, from /proc/self/status.
-double residentMb()
-{
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return 0;
-}
 
 // Writes the market and the account; returns false when something failed.
 bool makeAccount(const QString &folder)
@@ -94,7 +81,7 @@ TESSALY_BENCH(platform_main)
         w.show();
         QApplication::processEvents();
         samples.push_back(t.nsecsElapsed() / 1e6);
-        rss = std::max(rss, residentMb());
+        rss = std::max(rss, bench::residentMb());
         w.hide();
     }
     bench::figure(QStringLiteral("main_window_ms"), bench::median(samples), QStringLiteral("ms"));

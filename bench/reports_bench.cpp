@@ -23,7 +23,6 @@ const QString kUser = QStringLiteral("BENCH");
 constexpr int kCodes = 300;
 constexpr int kTradesPerCode = 100;
 constexpr int kCashRows = 1000;
-constexpr int kRuns = 5;
 
 QString codeOf(int i)
 {
@@ -69,24 +68,6 @@ void fillAccount()
     db.close();
 }
 
-// Median time of opening the window (load and fill) until it has been painted.
-template <typename Window, typename Setup>
-double timeWindow(Setup setup)
-{
-    std::vector<double> samples;
-    for (int run = 0; run < kRuns; ++run) {
-        QElapsedTimer t;
-        t.start();
-        Window w;
-        setup(w);
-        w.show();
-        QApplication::processEvents();
-        samples.push_back(t.nsecsElapsed() / 1e6);
-        w.close();
-    }
-    return bench::median(samples);
-}
-
 } // namespace
 
 TESSALY_BENCH(reports)
@@ -104,17 +85,17 @@ TESSALY_BENCH(reports)
     bench::figure(QStringLiteral("report_account_fill_ms"), t.nsecsElapsed() / 1e6, QStringLiteral("ms"));
 
     bench::figure(QStringLiteral("report_jyrec_ms"),
-                  timeWindow<frmJyrec>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  bench::timeWindow<frmJyrec>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
-    bench::figure(QStringLiteral("report_cha_ms"), timeWindow<frmCha>([](auto &w) {
+    bench::figure(QStringLiteral("report_cha_ms"), bench::timeWindow<frmCha>([](auto &w) {
                       w.GetMame(kUser, QStringLiteral("user"), codeOf(7));
                   }),
                   QStringLiteral("ms"));
     bench::figure(QStringLiteral("report_zjin_ms"),
-                  timeWindow<frmZjin>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  bench::timeWindow<frmZjin>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
     bench::figure(QStringLiteral("report_ykui_ms"),
-                  timeWindow<frmYkui>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
+                  bench::timeWindow<frmYkui>([](auto &w) { w.GetMame(kUser, QStringLiteral("user")); }),
                   QStringLiteral("ms"));
     base::setProgramFolder(previous);
 }

@@ -3,43 +3,13 @@
 #include "platform/frmBefor.h"
 #include "store/frmLogin.h"
 #include "UserFolder.h"
+#include "ui/Form.h"
 #include "ui/Language.h"
 #include "ui/MsgBox.h"
 
 #include <QApplication>
-#include <QEvent>
 
 #include <cstdio>
-
-namespace {
-
-// Start-up timing: with TESSALY_REPORT_SHOWN=1 in the environment the program
-// prints "login-shown" on its standard output once the login window has been
-// painted for the first time, so that the benchmark can time start-up from
-// outside. Nothing else changes.
-class ShownReporter : public QObject {
-public:
-    using QObject::QObject;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            watched->removeEventFilter(this);
-            // Queued, so that the line follows the whole first paint.
-            QMetaObject::invokeMethod(
-                this,
-                [] {
-                    std::fputs("login-shown\n", stdout);
-                    std::fflush(stdout);
-                },
-                Qt::QueuedConnection);
-        }
-        return false;
-    }
-};
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -58,9 +28,14 @@ int main(int argc, char **argv)
         main->show();
     });
     QObject::connect(&login, &frmLogin::closedWithoutLogin, [] { QApplication::quit(); });
-    ShownReporter shownReporter;
+    // Start-up timing: with TESSALY_REPORT_SHOWN=1 in the environment the
+    // program prints "login-shown" once the login window has been painted for
+    // the first time, so that the benchmark can time start-up from outside.
     if (qEnvironmentVariableIntValue("TESSALY_REPORT_SHOWN") == 1)
-        login.installEventFilter(&shownReporter);
+        ui::afterFirstPaint(&login, [] {
+            std::fputs("login-shown\n", stdout);
+            std::fflush(stdout);
+        });
     login.show();
     return app.exec();
 }

@@ -51,13 +51,14 @@ int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Record
     run([&] { grid.setCols(cols + shift); });
     run([&] { grid.setRows(base::add16(n, 1)); });
     run([&] { grid.setColWidth(0, kNarrowColumn); });
+    grid.setValueFormat(cellText);
     for (int j = first; j < cols; ++j)
         run([&] { grid.setTextMatrix(0, j + shift, kept.fieldName(j)); });
 
     run([&] { kept.MoveFirst(); });
     for (int16_t r = 1; r <= n; r = base::add16(r, 1)) {
         for (int j = first; j < cols; ++j)
-            run([&] { grid.setTextMatrix(r, j + shift, cellText(kept.field(j))); });
+            run([&] { grid.setValueMatrix(r, j + shift, kept.field(j)); });
         run([&] { kept.MoveNext(); });
         if (r == n) // the loop variable's last step would not fit when n is 32767
             break;

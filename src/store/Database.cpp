@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 
 #include <sqlcipher/sqlite3.h>
 
@@ -570,16 +571,28 @@ int tryOpen(const QString &path, bool readOnly, const QByteArray &key, sqlite3 *
     return SQLITE_OK;
 }
 
+// The file `name` stands for; ErrFileNotFound when there is none.
+QFileInfo requireFile(const QString &text)
+{
+    const QFileInfo info(base::resolvePath(text));
+    if (!info.exists() || !info.isFile())
+        raise(ErrFileNotFound, QStringLiteral("找不到文件 '%1'。").arg(base::nativeSeparators(text)));
+    return info;
+}
+
+QString userDatabaseName()
+{
+    return base::programFolder() + QStringLiteral("\\user2.mdb");
+}
+
 } // namespace
 
 Database Database::open(const QString &text, int options, bool readOnly, const QString &connect)
 {
     Q_UNUSED(options); // never exclusive: several handles of this process share the file
-    const QString path = base::resolvePath(text);
     const QString name = base::nativeSeparators(text); // as messages show it
-    const QFileInfo info(path);
-    if (!info.exists() || !info.isFile())
-        raise(ErrFileNotFound, QStringLiteral("找不到文件 '%1'。").arg(name));
+    const QFileInfo info = requireFile(text);
+    const QString path = info.filePath();
 
     QByteArray head;
     {
@@ -716,7 +729,12 @@ void Transaction::commit()
 Database openUserDatabase()
 {
     removeUnfinishedBackups();
-    return Database::open(base::programFolder() + QStringLiteral("\\user2.mdb"), 1, false, kConnect);
+    return Database::open(userDatabaseName(), 1, false, kConnect);
+}
+
+void requireUserDatabase()
+{
+    requireFile(userDatabaseName());
 }
 
 // ---------------------------------------------------------------- Recordset
@@ -745,6 +763,14 @@ struct Recordset::Impl {
     std::vector<RawValue> raw; // the values of the rows as read, row after row
     std::string arena;         // their texts and blobs
     QString table; // base table when the rows can be changed, else empty
+    // The statement the rows come from (with the row id in front when the
+    // rows can be changed). Rows are read from it as they are needed: the
+    // first ones at open, the rest at the first move or count.
+    QString query;
+    QVariantList params;
+    bool withIds = false;
+    bool complete = false;
+    qsizetype queryRows = 0; // rows read from the query; rows added follow them
     qsizetype pos = -1;
     bool bof = true;
     bool eof = true;
@@ -803,6 +829,54 @@ struct Recordset::Impl {
     {
         if (table.isEmpty())
             raise(ErrReadOnly, QStringLiteral("不能更新。数据库或对象为只读。"));
+    }
+
+    // Reads rows of `st` into the snapshot, at most `limit` (all when
+    // negative), leaving out those whose row ids it holds already; the rows
+    // read go before any row added through the record set.
+    void readRows(sqlite3_stmt *st, qsizetype limit, const QSet<qint64> &known = {}, qsizetype skip = 0)
+    {
+        const int n = int(columns.size());
+        const int offset = withIds ? 1 : 0;
+        std::vector<Row> read;
+        int rc = SQLITE_ROW;
+        while ((limit < 0 || qsizetype(read.size()) < limit) && (rc = sqlite3_step(st)) == SQLITE_ROW) {
+            Row r;
+            r.rowid = withIds ? sqlite3_column_int64(st, 0) : 0;
+            if (withIds ? known.contains(r.rowid) : skip-- > 0)
+                continue;
+            r.first = qsizetype(raw.size());
+            for (int i = 0; i < n; ++i)
+                raw.push_back(captureValue(st, i + offset, columns[i].kind, arena));
+            read.push_back(std::move(r));
+        }
+        if (limit < 0 || qsizetype(read.size()) < limit) {
+            if (rc != SQLITE_DONE)
+                raiseEngine(db->db, rc, db->name);
+            complete = true;
+        }
+        const qsizetype added = qsizetype(read.size());
+        rows.insert(rows.begin() + queryRows, std::make_move_iterator(read.begin()),
+                    std::make_move_iterator(read.end()));
+        if (pos >= queryRows)
+            pos += added; // past the end, or on a row added through the record set
+        queryRows += added;
+    }
+
+    // Reads the rest of the query's rows: the query runs again and the rows
+    // the snapshot holds already (by row id, or the first ones read when the
+    // rows have none) are left out.
+    void readAll()
+    {
+        if (complete)
+            return;
+        QSet<qint64> known;
+        if (withIds)
+            for (const Row &r : rows)
+                known.insert(r.rowid);
+        Statement st(connection(), query, db->name);
+        st.bindAll(params);
+        readRows(st.get(), -1, known, queryRows);
     }
 
     // Reads the stored row back into the snapshot's column order.
@@ -911,23 +985,18 @@ Recordset Database::openRecordset(const QString &sql, const QVariantList &params
     }
     if (!withId && !plain)
         preparePlain();
-    const int n = int(rs->columns.size());
 
+    // Only the first rows are read now: a record set opened to append a row,
+    // or to look at its first row, never reads the rest of the table. The
+    // other rows are read when the record set first moves or counts; most
+    // queries of the program have fewer rows than this and run only once.
+    constexpr qsizetype kFirstRows = 64;
+    rs->query = withId ? QStringLiteral("SELECT rowid AS tessaly_rowid_, ") + sql.mid(afterSelect) : sql;
+    rs->params = params;
+    rs->withIds = bool(withId);
     Statement &chosen = withId ? *withId : *plain;
     chosen.bindAll(params);
-    sqlite3_stmt *st = chosen.get();
-    const int offset = withId ? 1 : 0;
-    int rc;
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        Row r;
-        r.rowid = withId ? sqlite3_column_int64(st, 0) : 0;
-        r.first = qsizetype(rs->raw.size());
-        for (int i = 0; i < n; ++i)
-            rs->raw.push_back(captureValue(st, i + offset, rs->columns[i].kind, rs->arena));
-        rs->rows.push_back(std::move(r));
-    }
-    if (rc != SQLITE_DONE)
-        raiseEngine(db, rc, m_impl->name);
+    rs->readRows(chosen.get(), kFirstRows);
     rs->toFirst();
 
     Recordset result;
@@ -963,7 +1032,11 @@ bool Recordset::EOF_() const
 void Recordset::MoveFirst()
 {
     Impl &r = checked(m_impl);
-    const qsizetype p = r.firstLive(0);
+    qsizetype p = r.firstLive(0);
+    if (p < 0 || p >= r.queryRows) { // the first row read may have been deleted since
+        r.readAll();
+        p = r.firstLive(0);
+    }
     if (p < 0)
         raiseNoCurrentRecord();
     r.mode = Impl::Mode::None;
@@ -974,6 +1047,7 @@ void Recordset::MoveFirst()
 void Recordset::MoveLast()
 {
     Impl &r = checked(m_impl);
+    r.readAll();
     const qsizetype p = r.lastLive(qsizetype(r.rows.size()) - 1);
     if (p < 0)
         raiseNoCurrentRecord();
@@ -997,6 +1071,7 @@ void Recordset::Move(int rows)
     Impl &r = checked(m_impl);
     if ((rows > 0 && r.eof) || (rows < 0 && r.bof) || (rows == 0 && (r.bof || r.eof)))
         raiseNoCurrentRecord();
+    r.readAll();
     r.mode = Impl::Mode::None;
     const qsizetype size = qsizetype(r.rows.size());
     qsizetype p = r.bof ? -1 : (r.eof ? size : r.pos);
@@ -1024,7 +1099,9 @@ void Recordset::Move(int rows)
 
 int Recordset::RecordCount() const
 {
-    return int(checked(m_impl).liveCount());
+    Impl &r = checked(m_impl);
+    r.readAll();
+    return int(r.liveCount());
 }
 
 int Recordset::fieldCount() const

@@ -1,8 +1,10 @@
 #pragma once
 // The journal database: an SQLCipher file opened like the original engine's
-// workspace.OpenDatabase, and record sets that are materialised snapshots of a
-// query's rows (with the base table's row ids, so that AddNew/Edit/Update/
-// Delete act on the table). No statement stays open between calls.
+// workspace.OpenDatabase, and record sets that are snapshots of a query's rows
+// (with the base table's row ids, so that AddNew/Edit/Update/Delete act on the
+// table). A record set reads its first rows when opened and the others when
+// it first moves or counts, so that appending through one costs nothing per row
+// of the table. No statement stays open between calls.
 //
 // Every failure raises base::RuntimeError with the engine's error number and
 // a Chinese description.
@@ -130,6 +132,9 @@ private:
 // The program's database: programFolder() + "\user2.mdb", options 1,
 // read-write, connect text kConnect.
 Database openUserDatabase();
+// Raises what openUserDatabase raises when the file is missing, without
+// opening it (no key derivation).
+void requireUserDatabase();
 
 class Recordset {
 public:

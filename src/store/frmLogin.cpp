@@ -6,6 +6,7 @@
 #include "store/frmGuanli.h"
 #include "ui/MsgBox.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -72,11 +73,29 @@ void frmLogin::formLoad()
         ui::msgBox(QStringLiteral("已经运行！"));
         base::endProgram(0);
     }
+    // A missing file ends the program now; opening it (the key derivation)
+    // waits until the window has been painted, so that it shows at once.
+    store::requireUserDatabase();
+}
+
+bool frmLogin::event(QEvent *event)
+{
+    if (event->type() == QEvent::Paint && !m_dbRequested)
+        QMetaObject::invokeMethod(this, base::guarded([this] { openDatabase(); }), Qt::QueuedConnection);
+    return ui::Form::event(event);
+}
+
+void frmLogin::openDatabase()
+{
+    if (m_dbRequested)
+        return;
+    m_dbRequested = true;
     m_db = store::openUserDatabase();
 }
 
 void frmLogin::formUnload()
 {
+    m_dbRequested = true; // a pending open is no longer wanted
     m_rs = store::Recordset();
     if (m_db.isOpen())
         m_db.close();
@@ -86,6 +105,7 @@ void frmLogin::formUnload()
 
 void frmLogin::cmdOK_Click()
 {
+    openDatabase();
     const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
                                                    store::LoginButton::Confirm);
     if (!r.accepted) {
@@ -99,6 +119,7 @@ void frmLogin::cmdOK_Click()
 
 void frmLogin::Command1_Click()
 {
+    openDatabase();
     const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
                                                    store::LoginButton::Manage);
     if (!r.accepted) {

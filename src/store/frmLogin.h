@@ -26,11 +26,15 @@ signals:
 protected:
     void formLoad() override;
     void formUnload() override;
+    bool event(QEvent *event) override;
 
 private:
     void cmdOK_Click();
     void Command1_Click();
     void cmdCancel_Click();
+    // Opens the journal the first time it is called (after the first paint,
+    // or by a button pressed before it).
+    void openDatabase();
 
     QGroupBox *Frame1;
     QLabel *lblLabels_0;
@@ -44,4 +48,5 @@ private:
     store::Database m_db;
     store::Recordset m_rs;
     bool m_handedOver = false;
+    bool m_dbRequested = false;
 };

@@ -20,6 +20,8 @@ void FlexGridModel::CellText::reset() noexcept
 {
     if (m_len == kHeap)
         m_heap.~QString();
+    else if (m_len == kValue)
+        m_value.~QVariant();
     m_len = kNull;
 }
 
@@ -27,6 +29,8 @@ void FlexGridModel::CellText::assign(const CellText &other)
 {
     if (other.m_len == kHeap)
         new (&m_heap) QString(other.m_heap);
+    else if (other.m_len == kValue)
+        new (&m_value) QVariant(other.m_value);
     else if (other.m_len != kNull)
         std::copy_n(other.m_small, other.m_len, m_small);
     m_len = other.m_len;
@@ -46,10 +50,19 @@ void FlexGridModel::CellText::set(const QString &text)
     }
 }
 
-QString FlexGridModel::CellText::get() const
+void FlexGridModel::CellText::setValue(const QVariant &value)
+{
+    reset();
+    new (&m_value) QVariant(value);
+    m_len = kValue;
+}
+
+QString FlexGridModel::CellText::get(const ValueFormat &format) const
 {
     if (m_len == kHeap)
         return m_heap;
+    if (m_len == kValue)
+        return format ? format(m_value) : m_value.toString();
     if (m_len == kNull)
         return QString();
     return m_len == 0 ? QStringLiteral("") : QString(reinterpret_cast<const QChar *>(m_small), m_len);
@@ -73,7 +86,7 @@ QVariant FlexGridModel::data(const QModelIndex &index, int role) const
     const size_t c = static_cast<size_t>(index.column());
     switch (role) {
     case Qt::DisplayRole:
-        return c < row.size() ? QVariant(row[c].text.get()) : QVariant(QString());
+        return c < row.size() ? QVariant(textOf(row[c])) : QVariant(QString());
     case Qt::ForegroundRole:
         if (c < row.size() && row[c].hasFore)
             return QColor::fromRgb(row[c].fore);
@@ -138,18 +151,36 @@ QString FlexGridModel::text(int r, int c) const
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return {};
     const auto &row = m_cells[static_cast<size_t>(r)];
-    return static_cast<size_t>(c) < row.size() ? row[static_cast<size_t>(c)].text.get() : QString();
+    return static_cast<size_t>(c) < row.size() ? textOf(row[static_cast<size_t>(c)]) : QString();
+}
+
+FlexGridModel::Cell &FlexGridModel::cellAt(int r, int c)
+{
+    auto &row = m_cells[static_cast<size_t>(r)];
+    if (row.size() <= static_cast<size_t>(c))
+        row.resize(static_cast<size_t>(m_cols));
+    return row[static_cast<size_t>(c)];
 }
 
 void FlexGridModel::setText(int r, int c, const QString &text)
 {
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return;
-    auto &row = m_cells[static_cast<size_t>(r)];
-    if (row.size() <= static_cast<size_t>(c))
-        row.resize(static_cast<size_t>(m_cols));
-    row[static_cast<size_t>(c)].text.set(text);
+    cellAt(r, c).text.set(text);
     cellChanged(r, c, Qt::DisplayRole);
+}
+
+void FlexGridModel::setValue(int r, int c, const QVariant &value)
+{
+    if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
+        return;
+    cellAt(r, c).text.setValue(value);
+    cellChanged(r, c, Qt::DisplayRole);
+}
+
+void FlexGridModel::setValueFormat(ValueFormat format)
+{
+    m_format = std::move(format);
 }
 
 void FlexGridModel::cellChanged(int r, int c, int role)
@@ -220,11 +251,9 @@ void FlexGridModel::setForeColor(int r, int c, const QColor &color)
 {
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return;
-    auto &row = m_cells[static_cast<size_t>(r)];
-    if (row.size() <= static_cast<size_t>(c))
-        row.resize(static_cast<size_t>(m_cols));
-    row[static_cast<size_t>(c)].fore = color.rgb();
-    row[static_cast<size_t>(c)].hasFore = color.isValid();
+    Cell &cell = cellAt(r, c);
+    cell.fore = color.rgb();
+    cell.hasFore = color.isValid();
     cellChanged(r, c, Qt::ForegroundRole);
 }
 
@@ -302,6 +331,10 @@ void FlexGrid::setCols(int cols)
 QString FlexGrid::textMatrix(int r, int c) const { return m_model->text(r, c); }
 
 void FlexGrid::setTextMatrix(int r, int c, const QString &text) { m_model->setText(r, c, text); }
+
+void FlexGrid::setValueMatrix(int r, int c, const QVariant &value) { m_model->setValue(r, c, value); }
+
+void FlexGrid::setValueFormat(FlexGridModel::ValueFormat format) { m_model->setValueFormat(std::move(format)); }
 
 int FlexGrid::colWidth(int c) const { return columnWidth(c) * kTwipsPerPixel; }
 

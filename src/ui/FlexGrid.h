@@ -1,12 +1,16 @@
 #pragma once
 // The grid of every window: a fixed row 0 (the header) and a fixed column 0,
 // cells addressed by (row, column) as in the item model, row 0 included.
-// A model, not an item per cell, so that 50,000 rows stay smooth.
+// A model, not an item per cell, so that 50,000 rows stay smooth. A cell holds
+// a text, or a value whose text is made only when the cell is shown or read,
+// so that filling a grid from a query formats none of the rows off screen.
 
 #include <QAbstractTableModel>
 #include <QColor>
 #include <QTableView>
+#include <QVariant>
 
+#include <functional>
 #include <vector>
 
 namespace ui {
@@ -25,6 +29,12 @@ public:
     void setCols(int cols);
     QString text(int r, int c) const;
     void setText(int r, int c, const QString &text);
+    // Stores a value in a cell; its text is the value format's text of it
+    // (the value's own text without one). The format is set before the
+    // values it formats: changing it sends no change notice.
+    void setValue(int r, int c, const QVariant &value);
+    using ValueFormat = std::function<QString(const QVariant &)>;
+    void setValueFormat(ValueFormat format);
     QColor foreColor(int r, int c) const;
     void setForeColor(int r, int c, const QColor &color);
     void addRow(const QStringList &cells);
@@ -41,7 +51,7 @@ private:
     // A cell's text. Most texts of a grid are short (codes, dates, prices):
     // up to kInline characters are kept in the cell itself, so that filling
     // and clearing tens of thousands of rows allocates and frees nothing per
-    // cell; a longer text is held as a QString.
+    // cell; a longer text is held as a QString, a value as a QVariant.
     class CellText {
     public:
         CellText() noexcept {}
@@ -61,16 +71,18 @@ private:
             return *this;
         }
         void set(const QString &text);
-        QString get() const;
+        void setValue(const QVariant &value);
+        QString get(const ValueFormat &format) const;
 
     private:
         static constexpr int kInline = 12;
-        static constexpr quint8 kNull = 0xfe, kHeap = 0xff;
+        static constexpr quint8 kValue = 0xfd, kNull = 0xfe, kHeap = 0xff;
         void reset() noexcept;
         void assign(const CellText &other);
         union {
             char16_t m_small[kInline];
             QString m_heap;
+            QVariant m_value;
         };
         quint8 m_len = kNull; // 0..kInline inline characters, kNull or kHeap
     };
@@ -79,7 +91,11 @@ private:
         QRgb fore = 0;
         bool hasFore = false;
     };
+    Cell &cellAt(int r, int c); // grows the row to the full width
+    QString textOf(const Cell &cell) const { return cell.text.get(m_format); }
+
     std::vector<std::vector<Cell>> m_cells; // [row][col]
+    ValueFormat m_format;
     int m_cols = 2;
     int m_bulk = 0;
     // Changed cells during a bulk update: the bounding rectangle and whether
@@ -101,6 +117,9 @@ public:
 
     QString textMatrix(int r, int c) const;
     void setTextMatrix(int r, int c, const QString &text);
+    // A cell shown as the value format's text of `value` (see FlexGridModel).
+    void setValueMatrix(int r, int c, const QVariant &value);
+    void setValueFormat(FlexGridModel::ValueFormat format);
 
     // Column width in twips (15 twips = 1 pixel at 96 dpi).
     int colWidth(int c) const;

@@ -98,6 +98,34 @@ void onEnter(QWidget *w, std::function<void()> action)
     }));
 }
 
+namespace {
+class FirstPaintFilter : public QObject {
+public:
+    FirstPaintFilter(QWidget *w, std::function<void()> action) : QObject(w), m_w(w), m_action(std::move(action)) {}
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            m_w->removeEventFilter(this);
+            // Queued, so that it follows the whole paint.
+            QMetaObject::invokeMethod(m_w, std::move(m_action), Qt::QueuedConnection);
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    QWidget *m_w;
+    std::function<void()> m_action;
+};
+} // namespace
+
+void afterFirstPaint(QWidget *w, std::function<void()> action)
+{
+    w->installEventFilter(new FirstPaintFilter(w, std::move(action)));
+}
+
 void onAnyKey(QWidget *w, std::function<void(int)> action)
 {
     w->installEventFilter(new KeyFilter(w, [action = std::move(action)](QKeyEvent *e) {

@@ -47,6 +47,10 @@ void onEnter(QWidget *w, std::function<void()> action);
 void onAnyKey(QWidget *w, std::function<void(int key)> action);
 void focusAndSelect(QWidget *w);
 
+// Runs `action` once from the event loop after the first paint of `w` has
+// ended (never when `w` is destroyed first).
+void afterFirstPaint(QWidget *w, std::function<void()> action);
+
 // A push button named `name` (its objectName) that does not take Enter as
 // the default button: Enter belongs to the field chains of the windows.
 QPushButton *button(QWidget *parent, const char *name, const QString &caption);

@@ -75,6 +75,32 @@ TEST_F(RecordsetTest, NavigatesTheSnapshot)
     EXPECT_EQ(errorOf([&] { none.MoveFirst(); }), ErrNoCurrentRecord);
 }
 
+TEST_F(RecordsetTest, RowsReadAfterAnAppendKeepTheQuerysOrderBeforeTheAddedRow)
+{
+    // More rows than a record set reads when it opens.
+    db.execute(QStringLiteral("with recursive n(i) as (select 1 union all select i + 1 from n where i < 100) "
+                              "insert into 资金表 select 'ALICE', '2024-01-01', i, '', '存入' from n"));
+    Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 order by 资金数量 desc"));
+    rs.AddNew();
+    rs.setField(2, 500.0); // the query would now put it first
+    rs.Update();
+    EXPECT_EQ(rs.field(2).toInt(), 100);
+    EXPECT_EQ(rs.RecordCount(), 101);
+    rs.MoveLast();
+    EXPECT_EQ(rs.field(2).toInt(), 500);
+    rs.MovePrevious();
+    EXPECT_EQ(rs.field(2).toInt(), 1);
+    rs.MoveNext();
+    rs.MoveNext();
+    EXPECT_TRUE(rs.EOF_());
+
+    // Rows without row ids go on after the ones read at open.
+    Recordset computed = db.openRecordset(QStringLiteral("select 资金数量 * 2 from 资金表 order by 资金数量"));
+    computed.Move(99);
+    EXPECT_EQ(computed.field(0).toInt(), 200);
+    EXPECT_EQ(computed.RecordCount(), 101);
+}
+
 TEST_F(RecordsetTest, AddNewAndEditStoreTheCurrentRowOnly)
 {
     Recordset rs = db.openRecordset(QStringLiteral("select * from user where username='Bob'"));

@@ -25,6 +25,14 @@ TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
     // The header row is shown as the frozen header of the view.
     EXPECT_EQ(g.model()->headerData(1, Qt::Horizontal).toString(), "代码");
     EXPECT_TRUE(g.isRowHidden(0));
+    // A stored value is shown and read through the grid's value format.
+    g.setValueFormat([](const QVariant &v) { return v.isNull() ? QStringLiteral("--") : v.toString() + u'!'; });
+    g.setValueMatrix(1, 1, 2.5);
+    g.setValueMatrix(1, 2, QVariant());
+    EXPECT_EQ(g.model()->index(1, 1).data().toString(), "2.5!");
+    EXPECT_EQ(g.textMatrix(1, 2), "--");
+    g.setTextMatrix(1, 1, "t");
+    EXPECT_EQ(g.textMatrix(1, 1), "t");
     // Out-of-range cells read as empty and ignore writes.
     g.setTextMatrix(5, 5, "y");
     EXPECT_EQ(g.textMatrix(5, 5), "");

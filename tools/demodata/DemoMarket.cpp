@@ -135,8 +135,11 @@ QList<DemoStock> demoStocks(const DemoOptions &options)
         } else {
             const int n = i - known;
             const bool sh = n % 2 == 0;
-            const QString code = sh ? QStringLiteral("603%1").arg(n / 2, 3, 10, QChar(u'0'))
-                                    : QStringLiteral("002%1").arg(600 + n / 2, 3, 10, QChar(u'0'));
+            // Shenzhen numbers go on in 300xxx once 002xxx is used up.
+            const int k = n / 2;
+            const QString code = sh       ? QStringLiteral("603%1").arg(k, 3, 10, QChar(u'0'))
+                                 : k < 400 ? QStringLiteral("002%1").arg(600 + k, 3, 10, QChar(u'0'))
+                                           : QStringLiteral("300%1").arg(k - 400, 3, 10, QChar(u'0'));
             stocks.append({code, QStringLiteral("演示%1号").arg(n + 1), sh});
         }
     }
