@@ -53,13 +53,6 @@ void whenModal(std::function<void(QWidget *)> step)
     });
 }
 
-template <typename T>
-T *child(QWidget *w, const char *name)
-{
-    T *c = w->findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(c, nullptr) << name;
-    return c;
-}
 
 } // namespace
 

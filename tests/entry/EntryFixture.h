@@ -37,14 +37,6 @@ inline QList<QVariantList> storedRows(const QString &table)
     return testjournal::rowsOf(QStringLiteral("select * from ") + table);
 }
 
-template <typename T>
-T *control(QWidget &window, const char *name)
-{
-    T *w = window.findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(w, nullptr) << name;
-    return w;
-}
-
 inline QLineEdit *box(QWidget &w, int n) { return w.findChild<QLineEdit *>(QStringLiteral("Text%1").arg(n)); }
 
 // Puts the texts into Text2, Text3, ... and presses 确认.
@@ -52,7 +44,7 @@ inline void confirmWith(QWidget &w, const QStringList &texts)
 {
     for (int i = 0; i < texts.size(); ++i)
         box(w, i + 2)->setText(texts[i]);
-    QTest::mouseClick(control<QPushButton>(w, "Command2"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(w, "Command2"), Qt::LeftButton);
 }
 
 // Text2 .. Text<last>.
@@ -71,7 +63,7 @@ std::unique_ptr<W> openWindow(const QString &user, const QDate &day)
     auto w = std::make_unique<W>();
     w->GetMame(user, QStringLiteral("user"));
     w->show();
-    control<QDateEdit>(*w, "DTPicker1")->setDate(day);
+    child<QDateEdit>(*w, "DTPicker1")->setDate(day);
     return w;
 }
 

@@ -31,13 +31,6 @@ protected:
     }
     void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
 
-    template <typename T = QWidget>
-    T *child(DataSet &w, const char *name)
-    {
-        T *c = w.findChild<T *>(QLatin1String(name));
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
     QLineEdit *text(DataSet &w, const char *name) { return child<QLineEdit>(w, name); }
     QComboBox *combo(DataSet &w) { return child<QComboBox>(w, "Combo1"); }
     QStringList texts(DataSet &w) { return {text(w, "Text1")->text(), text(w, "Text2")->text(), text(w, "Text3")->text()}; }

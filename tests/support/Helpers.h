@@ -5,8 +5,11 @@
 #include "base/RuntimeError.h"
 
 #include <QFile>
+#include <QObject>
 #include <QString>
 #include <QStringList>
+
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <ostream>
@@ -37,3 +40,14 @@ inline void writeFile(const QString &path, const QByteArray &bytes)
 
 inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
 inline void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
+
+// The named child of a window; a missing one fails the test.
+template <typename T = QObject>
+T *child(const QObject *parent, const char *name)
+{
+    T *c = parent->findChild<T *>(QString::fromLatin1(name));
+    EXPECT_NE(c, nullptr) << name;
+    return c;
+}
+template <typename T = QObject>
+T *child(const QObject &parent, const char *name) { return child<T>(&parent, name); }
