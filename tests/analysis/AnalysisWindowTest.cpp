@@ -4,6 +4,7 @@
 #include "analysis/windows/ValueChart.h"
 #include "analysis/windows/frmAnalysis.h"
 #include "store/Database.h"
+#include "support/Helpers.h"
 #include "support/TestFolder.h"
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
@@ -52,13 +53,6 @@ void whenModal(std::function<void(QWidget *)> step)
     });
 }
 
-template <typename T>
-T *child(QWidget *w, const char *name)
-{
-    T *c = w->findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(c, nullptr) << name;
-    return c;
-}
 
 } // namespace
 
@@ -128,9 +122,7 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     frmAnalysis::setExportPathChooser([&](const QString &) { return file; });
     QTest::mouseClick(child<QPushButton>(w.get(), "cmdExport"), Qt::LeftButton);
     frmAnalysis::setExportPathChooser({});
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    const QByteArray csv = f.readAll();
+    const QByteArray csv = fileBytes(file);
     EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF股票代码,股票名称,持有股数"));
     EXPECT_TRUE(csv.contains("\r\n600000,浦发银行,650,10000.00,15.385,"));
     ui::setMsgBoxRecorder(nullptr);

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+#include "support/Helpers.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -12,12 +14,6 @@
 namespace {
 
 const QStringList kTemplates = {"user2.mdb", "GpSz", "GpSh"};
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 struct Installed {
     QTemporaryDir root;
@@ -57,7 +53,7 @@ TEST(UserFolder, EachUserGetsHisOwnSeededJournalAndLock)
             out += running[i]->readAllStandardOutput();
         ASSERT_TRUE(out.contains("login-shown")) << running[i]->readAllStandardError().toStdString();
         for (const QString &name : kTemplates)
-            EXPECT_EQ(bytesOf(homes[i] + "/Tessaly/" + name), bytesOf(inst.root.filePath("share/tessaly/" + name)));
+            EXPECT_EQ(fileBytes(homes[i] + "/Tessaly/" + name), fileBytes(inst.root.filePath("share/tessaly/" + name)));
         EXPECT_TRUE(QFileInfo::exists(homes[i] + "/Tessaly/.tessaly.lock"));
     }
     // The same user a second time is refused; nothing lands beside the program.

@@ -19,7 +19,7 @@ void touch(const QString &path)
 }
 } // namespace
 
-TEST(PathResolver, BackslashesAndLetterCaseOfEveryComponent)
+TEST(PathResolver, BackslashesAndLetterCaseOfEveryComponentTheExactNameFirst)
 {
     QTemporaryDir dir;
     touch(dir.path() + "/DATA/SHASE/DAY/600000.DAY");
@@ -33,11 +33,7 @@ TEST(PathResolver, BackslashesAndLetterCaseOfEveryComponent)
     EXPECT_FALSE(fileExists(QString()));
     // A doubled separator (a directory typed with a trailing backslash) still resolves.
     EXPECT_TRUE(fileExists(dir.path() + "\\\\data\\shase\\day\\600000.day"));
-}
-
-TEST(PathResolver, ExactNameWinsOverAnotherCase)
-{
-    QTemporaryDir dir;
+    // The exact name wins over one in another case.
     touch(dir.path() + "/a/File");
     touch(dir.path() + "/a/file");
     EXPECT_EQ(resolvePath(dir.path() + "\\a\\file"), dir.path() + "/a/file");

@@ -36,7 +36,7 @@ TEST_F(EntryTest, DepositKeepsTheReasonTextWithdrawalItsNumberNoMessageEver)
         EXPECT_EQ(rows.last(), (QVariantList{"BOB", kDay, c.amount, c.reason, c.operation})) << c.typed.join(u'|').toStdString();
         // The boxes are emptied; the date stays and takes the focus.
         EXPECT_EQ(boxTexts(*c.window, 3), QStringList(2, QString()));
-        EXPECT_EQ(c.window->focusWidget(), control<QDateEdit>(*c.window, "DTPicker1"));
+        EXPECT_EQ(c.window->focusWidget(), child<QDateEdit>(*c.window, "DTPicker1"));
     }
     EXPECT_EQ(storedRows(kCash).size(), 5);
     EXPECT_TRUE(messages.isEmpty());

@@ -3,6 +3,8 @@
 // values per column (a wrong column shows), an empty stock list; helpers to
 // read stored rows and to fill and confirm a window.
 
+#include "support/Helpers.h"
+#include "support/Journal.h"
 #include "support/TestFolder.h"
 
 #include "marketdata/StockList.h"
@@ -23,9 +25,6 @@
 #include <memory>
 #include <ostream>
 
-// Readable texts in failure messages.
-inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
-inline void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
 
 namespace entrytest {
 
@@ -35,26 +34,7 @@ inline float feeOfColumn(int n) { return static_cast<float>(n) + 0.5f; }
 // All rows of a table, each as its fields by position.
 inline QList<QVariantList> storedRows(const QString &table)
 {
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from ") + table);
-    QList<QVariantList> rows;
-    while (!rs.EOF_()) {
-        QVariantList row;
-        for (int i = 0; i < rs.fieldCount(); ++i)
-            row.append(rs.field(i));
-        rows.append(row);
-        rs.MoveNext();
-    }
-    db.close();
-    return rows;
-}
-
-template <typename T>
-T *control(QWidget &window, const char *name)
-{
-    T *w = window.findChild<T *>(QString::fromLatin1(name));
-    EXPECT_NE(w, nullptr) << name;
-    return w;
+    return testjournal::rowsOf(QStringLiteral("select * from ") + table);
 }
 
 inline QLineEdit *box(QWidget &w, int n) { return w.findChild<QLineEdit *>(QStringLiteral("Text%1").arg(n)); }
@@ -64,7 +44,7 @@ inline void confirmWith(QWidget &w, const QStringList &texts)
 {
     for (int i = 0; i < texts.size(); ++i)
         box(w, i + 2)->setText(texts[i]);
-    QTest::mouseClick(control<QPushButton>(w, "Command2"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(w, "Command2"), Qt::LeftButton);
 }
 
 // Text2 .. Text<last>.
@@ -83,7 +63,7 @@ std::unique_ptr<W> openWindow(const QString &user, const QDate &day)
     auto w = std::make_unique<W>();
     w->GetMame(user, QStringLiteral("user"));
     w->show();
-    control<QDateEdit>(*w, "DTPicker1")->setDate(day);
+    child<QDateEdit>(*w, "DTPicker1")->setDate(day);
     return w;
 }
 

@@ -55,8 +55,8 @@ TEST_F(EntryTest, CaptionsOfTheFourWindows)
         c.window->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
         c.window->show();
         EXPECT_EQ(c.window->windowTitle(), c.caption);
-        EXPECT_EQ(control<QLabel>(*c.window, "Label1")->text(), c.firstLabel);
-        EXPECT_EQ(control<QDateEdit>(*c.window, "DTPicker1")->date(), QDate::currentDate());
+        EXPECT_EQ(child<QLabel>(*c.window, "Label1")->text(), c.firstLabel);
+        EXPECT_EQ(child<QDateEdit>(*c.window, "DTPicker1")->date(), QDate::currentDate());
     }
 }
 
@@ -89,8 +89,8 @@ TEST_F(EntryTest, TradesStoreTheRowEmptyTheBoxesAndKeepTheDate)
             EXPECT_EQ(rowTexts(rows.last()), c.stored);
             EXPECT_EQ(spy.count(), ++own);
             EXPECT_EQ(boxTexts(*w, 6), QStringList(5, QString()));
-            EXPECT_EQ(control<QDateEdit>(*w, "DTPicker1")->date(), kDay);
-            EXPECT_EQ(w->focusWidget(), control<QDateEdit>(*w, "DTPicker1"));
+            EXPECT_EQ(child<QDateEdit>(*w, "DTPicker1")->date(), kDay);
+            EXPECT_EQ(w->focusWidget(), child<QDateEdit>(*w, "DTPicker1"));
         }
     }
     EXPECT_TRUE(messages.isEmpty());
@@ -112,7 +112,7 @@ TEST_F(EntryTest, DatesTypedAsTheyAreWrittenAreStoredAsTyped)
         QWidget &w = *windows[cash];
         w.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
-        auto *date = control<QDateEdit>(w, "DTPicker1");
+        auto *date = child<QDateEdit>(w, "DTPicker1");
         date->setFocus();
         if (select != QKeyCombination())
             QTest::keyClick(date, select.key(), select.keyboardModifiers());
@@ -232,7 +232,7 @@ TEST_F(EntryTest, EnterMovesThroughTheBoxesToConfirm)
         SCOPED_TRACE(w.metaObject()->className());
         for (int n = 2; n <= c.last; ++n)
             box(w, n)->setText(QStringLiteral("名%1").arg(n));
-        QTest::keyClick(control<QDateEdit>(w, "DTPicker1"), Qt::Key_Return);
+        QTest::keyClick(child<QDateEdit>(w, "DTPicker1"), Qt::Key_Return);
         EXPECT_EQ(w.focusWidget(), box(w, 2));
         EXPECT_EQ(box(w, 2)->hasSelectedText(), c.selectsCode);
         for (int n = 2; n < c.last; ++n) {
@@ -242,11 +242,11 @@ TEST_F(EntryTest, EnterMovesThroughTheBoxesToConfirm)
         }
         EXPECT_EQ(box(w, 3)->text(), c.emptiesName ? QString() : QStringLiteral("名3"));
         QTest::keyClick(box(w, c.last), Qt::Key_Return);
-        EXPECT_EQ(w.focusWidget(), control<QPushButton>(w, "Command2"));
+        EXPECT_EQ(w.focusWidget(), child<QPushButton>(w, "Command2"));
     }
     // Enter moves only; nothing was stored on the way. 取消 closes.
     EXPECT_TRUE(storedRows(kTrades).isEmpty() && storedRows(QStringLiteral("资金表")).isEmpty());
     EXPECT_TRUE(messages.isEmpty());
-    QTest::mouseClick(control<QPushButton>(*cases[2].window, "Command3"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(*cases[2].window, "Command3"), Qt::LeftButton);
     EXPECT_FALSE(cases[2].window->isVisible());
 }

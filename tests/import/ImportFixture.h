@@ -3,6 +3,8 @@
 // (minimum fee 5 yuan in both markets), recorded message boxes, and the
 // statement files of tests/data/import.
 
+#include "support/Helpers.h"
+#include "support/Journal.h"
 #include "support/TestFolder.h"
 
 #include "import/ImportStore.h"
@@ -13,7 +15,6 @@
 
 #include <ostream>
 
-inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace importtest {
 

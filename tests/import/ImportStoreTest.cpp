@@ -17,19 +17,7 @@ using namespace importtest;
 
 namespace {
 
-QList<QVariantList> rowsOf(const QString &sql)
-{
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(sql);
-    QList<QVariantList> rows;
-    for (; !rs.EOF_(); rs.MoveNext()) {
-        QVariantList row;
-        for (int i = 0; i < rs.fieldCount(); ++i)
-            row << rs.field(i);
-        rows << row;
-    }
-    return rows;
-}
+using testjournal::rowsOf;
 
 // The fee the trade details charge for a stored row, in yuan.
 double detailsFee(const QVariantList &trade)

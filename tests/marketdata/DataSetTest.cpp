@@ -4,6 +4,7 @@
 #include "base/Paths.h"
 #include "marketdata/DataSet.h"
 #include "marketdata/MarketSettings.h"
+#include "support/Helpers.h"
 #include "support/TestFolder.h"
 #include "ui/MsgBox.h"
 
@@ -30,13 +31,6 @@ protected:
     }
     void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
 
-    template <typename T = QWidget>
-    T *child(DataSet &w, const char *name)
-    {
-        T *c = w.findChild<T *>(QLatin1String(name));
-        EXPECT_NE(c, nullptr) << name;
-        return c;
-    }
     QLineEdit *text(DataSet &w, const char *name) { return child<QLineEdit>(w, name); }
     QComboBox *combo(DataSet &w) { return child<QComboBox>(w, "Combo1"); }
     QStringList texts(DataSet &w) { return {text(w, "Text1")->text(), text(w, "Text2")->text(), text(w, "Text3")->text()}; }
@@ -47,17 +41,7 @@ protected:
         QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
     }
 
-    QByteArray fileBytes() const // of dateset.dat
-    {
-        QFile f(folder.file(QStringLiteral("dateset.dat")));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<none>");
-    }
-    void writeFile(const QByteArray &bytes) const
-    {
-        QFile f(folder.file(QStringLiteral("dateset.dat")));
-        f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        f.write(bytes);
-    }
+    QString dateset() const { return folder.file(QStringLiteral("dateset.dat")); }
     QString makeDir(const QString &dir) const
     {
         QDir().mkpath(folder.path() + u'/' + dir);
@@ -132,7 +116,7 @@ TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)
     EXPECT_EQ(messages, QStringList{QStringLiteral("没有这个目录")});
     QTest::mouseClick(child<QPushButton>(w, "Command2"), Qt::LeftButton);
     EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(fileBytes(), QByteArray("<none>"));
+    EXPECT_FALSE(QFile::exists(dateset()));
 
     // The directory test resolves letter case: DATA/sznse is found as DATA/SZNSE.
     makeDir(QStringLiteral("ml/DATA/sznse"));
@@ -142,7 +126,7 @@ TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)
     accept(ok, 0, ml);
     EXPECT_TRUE(messages.isEmpty());
     EXPECT_FALSE(ok.isVisible());
-    EXPECT_EQ(fileBytes(), " 0 \r\n" + ml.toLocal8Bit() + "\r\n");
+    EXPECT_EQ(::fileBytes(dateset()), " 0 \r\n" + ml.toLocal8Bit() + "\r\n");
     EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(ml, int16_t(0)));
 
     // A Chinese folder name with a comma is saved whole, in GBK, and read
@@ -151,7 +135,7 @@ TEST_F(DataSetTest, AcceptValidatesSavesAndReadsBack)
     DataSet chinese;
     chinese.show();
     accept(chinese, 2, comma);
-    EXPECT_EQ(fileBytes(), " 2 \r\n" + base::toGbk(comma) + "\r\n");
+    EXPECT_EQ(::fileBytes(dateset()), " 2 \r\n" + base::toGbk(comma) + "\r\n");
     EXPECT_EQ(DataPath(), comma);
     DataSet back;
     back.GetDateSet();
@@ -171,13 +155,13 @@ TEST_F(DataSetTest, TdxEntryChecksBothFoldersAndIsKept)
     QTest::keyClicks(text(w, "Text1"), tdx);
     QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
     EXPECT_EQ(messages, QStringList{QStringLiteral("深圳目录错误")});
-    EXPECT_EQ(fileBytes(), QByteArray("<none>"));
+    EXPECT_FALSE(QFile::exists(dateset()));
 
     makeDir(QStringLiteral("tdx/vipdoc/SZ/Lday")); // found in any letter case
     messages.clear();
     QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
     EXPECT_TRUE(messages.isEmpty());
-    EXPECT_EQ(fileBytes(), " 7 \r\n" + tdx.toLocal8Bit() + "\r\n");
+    EXPECT_EQ(::fileBytes(dateset()), " 7 \r\n" + tdx.toLocal8Bit() + "\r\n");
     DataSet back;
     back.GetDateSet();
     EXPECT_EQ(std::make_pair(DataPath(), DataFormat()), std::make_pair(tdx, int16_t(7)));
@@ -201,7 +185,7 @@ TEST_F(DataSetTest, DamagedFilesAreReadStepByStep)
         {"", 0, "", 0, ""},                                  // empty file
     };
     for (const auto &c : cases) {
-        writeFile(c.bytes);
+        ::writeFile(dateset(), c.bytes);
         DataSet w;
         w.GetDateSet();
         EXPECT_EQ(DataFormat(), c.index) << c.bytes;

@@ -2,7 +2,7 @@
 // Market-data test helpers: a temporary data folder, byte-level builders of
 // the package files (independent of the readers), one call form per reader.
 
-#include "base/RuntimeError.h"
+#include "support/Helpers.h"
 #include "marketdata/Readers.h"
 
 #include <QByteArray>
@@ -15,18 +15,14 @@
 #include <QtEndian>
 
 #include <cstdint>
-#include <functional>
+
 #include <vector>
 
 namespace mdtest {
 
 using namespace marketdata;
 
-inline QByteArray realFile(const char *name)
-{
-    QFile f(QString::fromUtf8(TESSALY_TEST_DATA "/real/") + QLatin1String(name));
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
+inline QByteArray realFile(const char *name) { return fileBytes(QStringLiteral(TESSALY_TEST_DATA "/real/") + QLatin1String(name)); }
 
 struct DataFolder {
     QTemporaryDir dir;
@@ -35,9 +31,7 @@ struct DataFolder {
     {
         const QString full = dir.path() + u'/' + relative;
         QDir().mkpath(QFileInfo(full).absolutePath());
-        QFile f(full);
-        f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        f.write(bytes);
+        writeFile(full, bytes);
     }
 };
 
@@ -58,17 +52,6 @@ inline Out readBars(ReaderFn fn, const QString &dir, const QString &code, int16_
     Out o;
     fn(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);
     return o;
-}
-
-// Number of the runtime error `f` raises, 0 when it raises none.
-inline int errorOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const base::RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
 }
 
 inline void put32(QByteArray &b, int at, int32_t v) { qToLittleEndian<int32_t>(v, b.data() + at); }

@@ -1,8 +1,8 @@
 // LoadStockList: the GpSz and GpSh files of the program folder.
 
 #include "base/Gbk.h"
-#include "base/RuntimeError.h"
 #include "marketdata/StockList.h"
+#include "support/Helpers.h"
 #include "support/TestFolder.h"
 
 #include <QFile>
@@ -18,9 +18,7 @@ protected:
 
     void write(const char *name, const QString &text) const
     {
-        QFile f(folder.file(QLatin1String(name)));
-        f.open(QIODevice::WriteOnly | QIODevice::Truncate);
-        f.write(base::toGbk(text));
+        writeFile(folder.file(QLatin1String(name)), base::toGbk(text));
     }
     static QStringList entries()
     {
@@ -80,12 +78,7 @@ TEST_F(StockListTest, MoreThanTheListHolds)
     write("GpSh", QStringLiteral("\r\n")); // one empty item: the Shenzhen text is replaced
     // 20000 records fill 0 .. 19999, the two index entries 20000 and 20001:
     // the second is past the end.
-    try {
-        LoadStockList();
-        FAIL() << "no error";
-    } catch (const base::RuntimeError &e) {
-        EXPECT_EQ(e.number(), base::ErrSubscript);
-    }
+    EXPECT_EQ(errorOf(LoadStockList), base::ErrSubscript);
     EXPECT_EQ(StockList(19999), QStringLiteral("019999 X"));
     EXPECT_EQ(StockList(20000), QStringLiteral("1a0001 上证指数"));
 }

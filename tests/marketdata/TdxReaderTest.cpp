@@ -11,15 +11,6 @@
 
 using namespace mdtest;
 
-namespace {
-
-Out readTdx(const QString &dir, const QString &code, int16_t period, BarArray &bars, int32_t from = 0, int32_t to = 0)
-{
-    return readBars(ReadTdx, dir, code, period, bars, from, to);
-}
-
-} // namespace
-
 TEST(TdxReader, FileNameAndPriceUnitFollowTheCode)
 {
     DataFolder d;
@@ -40,17 +31,17 @@ TEST(TdxReader, FileNameAndPriceUnitFollowTheCode)
         d.write(QLatin1String(cases[i].file), tdxRec(20240101 + i, 12345, 12345, 12345, 12345));
     for (int i = 0; i < int(std::size(cases)); ++i) {
         BarArray bars;
-        EXPECT_EQ(readTdx(d.path(), QLatin1String(cases[i].code), 1, bars).count, 1) << cases[i].code;
+        EXPECT_EQ(readBars(ReadTdx, d.path(), QLatin1String(cases[i].code), 1, bars).count, 1) << cases[i].code;
         EXPECT_EQ(std::make_pair(bars[1].Date, bars[1].Close), std::make_pair(20240101 + i, cases[i].price))
             << cases[i].code;
     }
     BarArray bars;
     for (const char *none : {"700000", "1a0001", "0001", "6000000", "1C0001"})
-        EXPECT_TRUE(readTdx(d.path(), QLatin1String(none), 1, bars).untouched()) << none;
-    EXPECT_TRUE(readTdx(d.path(), QStringLiteral("600000"), 4, bars).untouched());
+        EXPECT_TRUE(readBars(ReadTdx, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
+    EXPECT_TRUE(readBars(ReadTdx, d.path(), QStringLiteral("600000"), 4, bars).untouched());
     // A folder copied from Windows: names in other letter case, a Windows-style directory text.
     d.write(QStringLiteral("TDX/VipDoc/SH/LDAY/SH600001.DAY"), tdxRec(20240102, 1, 2, 1, 2));
-    EXPECT_EQ(readTdx(d.path() + QStringLiteral("\\tdx"), QStringLiteral("600001"), 1, bars).count, 1);
+    EXPECT_EQ(readBars(ReadTdx, d.path() + QStringLiteral("\\tdx"), QStringLiteral("600001"), 1, bars).count, 1);
 }
 
 TEST(TdxReader, RecordsRangeAndDamagedContent)
@@ -63,7 +54,7 @@ TEST(TdxReader, RecordsRangeAndDamagedContent)
     const QByteArray junk = tdxRec(0, 1, 1, 1, 1) + tdxRec(99999999, 1, 1, 1, 1) + tdxRec(4000000000u, 1, 1, 1, 1);
     d.write(file, three + junk + three.left(31)); // dates out of range and a partial record are left out
     BarArray bars;
-    const Out r = readTdx(d.path(), QStringLiteral("600000"), 1, bars);
+    const Out r = readBars(ReadTdx, d.path(), QStringLiteral("600000"), 1, bars);
     ASSERT_EQ(r.count, 3);
     EXPECT_EQ(bars[1], (StockBar{20240103, 10.5f, 10.8f, 11.2f, 10.1f, 7890, 123456.5f}));
     EXPECT_EQ(std::make_pair(bars[2].Date, bars[3].Date), std::make_pair(20240102, 20240104));
@@ -71,16 +62,16 @@ TEST(TdxReader, RecordsRangeAndDamagedContent)
     EXPECT_EQ(std::make_tuple(r.minLow, r.minLowDate, r.maxHigh, r.maxHighDate),
               std::make_tuple(10.1f, 20240103, 11.5f, 20240102));
 
-    EXPECT_EQ(readTdx(d.path(), QStringLiteral("600000"), 1, bars, 20240103, 20240104).count, 2);
+    EXPECT_EQ(readBars(ReadTdx, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 20240104).count, 2);
     EXPECT_EQ(bars[2].Date, 20240104);
 
     // Zero prices are read as they stand; an empty file has no bar.
     d.write(file, tdxRec(20240105, 0, 0, 0, 0));
-    const Out zero = readTdx(d.path(), QStringLiteral("600000"), 1, bars);
+    const Out zero = readBars(ReadTdx, d.path(), QStringLiteral("600000"), 1, bars);
     EXPECT_EQ(std::make_tuple(zero.count, zero.minLow, bars[1].Close), std::make_tuple(int16_t(1), 0.0f, 0.0f));
     for (const QByteArray &bytes : {QByteArray(), QByteArray(31, '\x7f')}) {
         d.write(file, bytes);
-        const Out none = readTdx(d.path(), QStringLiteral("600000"), 1, bars);
+        const Out none = readBars(ReadTdx, d.path(), QStringLiteral("600000"), 1, bars);
         EXPECT_EQ(std::make_tuple(none.count, none.minLow, none.maxHigh, none.minLowDate + none.maxHighDate),
                   std::make_tuple(int16_t(0), 100000.0f, 0.0f, 0));
     }
@@ -94,12 +85,12 @@ TEST(TdxReader, WeeksAndMonthsEndWithTheRunningOne)
             tdxRec(20240104, 1000, 1100, 950, 1050, 10, 1) + tdxRec(20240105, 1050, 1200, 1000, 1150, 20, 2)
                 + tdxRec(20240108, 1150, 1160, 900, 1000, 30, 3) + tdxRec(20240109, 1000, 1300, 990, 1250, 40, 4));
     BarArray bars;
-    const Out w = readTdx(d.path(), QStringLiteral("000001"), 2, bars);
+    const Out w = readBars(ReadTdx, d.path(), QStringLiteral("000001"), 2, bars);
     ASSERT_EQ(w.count, 2);
     EXPECT_EQ(bars[1], (StockBar{20240105, 10.0f, 11.5f, 12.0f, 9.5f, 3, 30}));
     EXPECT_EQ(bars[2], (StockBar{20240109, 11.5f, 12.5f, 13.0f, 9.0f, 7, 70}));
     EXPECT_EQ(std::make_pair(w.minLowDate, w.maxHighDate), std::make_pair(20240108, 20240109));
-    EXPECT_EQ(readTdx(d.path(), QStringLiteral("000001"), 3, bars).count, 1);
+    EXPECT_EQ(readBars(ReadTdx, d.path(), QStringLiteral("000001"), 3, bars).count, 1);
     EXPECT_EQ(bars[1], (StockBar{20240109, 10.0f, 12.5f, 13.0f, 9.0f, 10, 100}));
 }
 
@@ -110,14 +101,14 @@ TEST(TdxReader, RealFileOfAShenzhenStock)
     DataFolder d;
     d.write(QStringLiteral("vipdoc/sz/lday/sz300425.day"), realFile("sz300425.tdx.day"));
     BarArray bars;
-    const Out r = readTdx(d.path(), QStringLiteral("300425"), 1, bars);
+    const Out r = readBars(ReadTdx, d.path(), QStringLiteral("300425"), 1, bars);
     ASSERT_EQ(r.count, 175);
     EXPECT_EQ(bars[1], (StockBar{20150216, 20.08f, 21.90f, 21.90f, 20.08f, 29000, 634190}));
     EXPECT_EQ(bars[175], (StockBar{20160126, 31.89f, 31.85f, 34.75f, 30.88f, 5801130, 188731632}));
     EXPECT_EQ(std::make_tuple(r.maxHigh, r.maxHighDate, r.minLow, r.minLowDate),
               std::make_tuple(94.20f, 20151026, 20.08f, 20150216));
 
-    ASSERT_EQ(readTdx(d.path(), QStringLiteral("300425"), 3, bars).count, 11);
+    ASSERT_EQ(readBars(ReadTdx, d.path(), QStringLiteral("300425"), 3, bars).count, 11);
     EXPECT_EQ(std::make_tuple(bars[11].Date, bars[11].Open, bars[11].High, bars[11].Low, bars[11].Close),
               std::make_tuple(20160126, 44.70f, 44.70f, 26.68f, 31.85f));
     EXPECT_FLOAT_EQ(bars[11].Volume, 34085536.0f);
@@ -156,7 +147,7 @@ TEST(TdxReader, BadFilesFailCleanly)
     for (const auto &c : cases) {
         BarArray bars;
         Out o;
-        EXPECT_EQ(errorOf([&] { o = readTdx(d.path(), QLatin1String(c.code), c.period, bars); }), c.error) << c.code;
+        EXPECT_EQ(errorOf([&] { o = readBars(ReadTdx, d.path(), QLatin1String(c.code), c.period, bars); }), c.error) << c.code;
         EXPECT_EQ(o.count, c.count) << c.code << " period " << c.period;
     }
 
@@ -171,7 +162,7 @@ TEST(TdxReader, BadFilesFailCleanly)
     ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr), 0);
     for (const char *code : {"600006", "600007"}) {
         BarArray bars;
-        EXPECT_TRUE(readTdx(d.path(), QLatin1String(code), 1, bars).untouched()) << code;
+        EXPECT_TRUE(readBars(ReadTdx, d.path(), QLatin1String(code), 1, bars).untouched()) << code;
     }
     ::close(fd);
 }

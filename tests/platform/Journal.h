@@ -2,7 +2,7 @@
 // Rows for the platform tests, stored through the same record-set path the
 // entry windows use.
 
-#include "store/Database.h"
+#include "support/Journal.h"
 
 #include <QDate>
 #include <QString>
@@ -19,30 +19,13 @@ struct Trade {
 
 inline void addTrade(store::Database &db, const Trade &t)
 {
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-    rs.AddNew();
-    rs.setField(0, t.user);
-    rs.setField(1, t.code);
-    rs.setField(2, QStringLiteral("股票"));
-    rs.setField(3, t.date);
-    rs.setField(4, t.price);
-    rs.setField(5, t.shares);
-    rs.setField(6, t.rate);
-    rs.setField(7, t.op);
-    rs.setField(8, t.op);
-    rs.Update();
+    testjournal::addRows(db, QStringLiteral("havewhat"),
+                         {{t.user, t.code, QStringLiteral("股票"), t.date, t.price, t.shares, t.rate, t.op, t.op}});
 }
 
 inline void addCash(store::Database &db, double amount, const QString &op, const QString &user = QStringLiteral("ALICE"))
 {
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
-    rs.AddNew();
-    rs.setField(0, user);
-    rs.setField(1, QDate(2024, 1, 2));
-    rs.setField(2, amount);
-    rs.setField(3, QString());
-    rs.setField(4, op);
-    rs.Update();
+    testjournal::addRows(db, QStringLiteral("资金表"), {{user, QDate(2024, 1, 2), amount, QString(), op}});
 }
 
 inline const QString kBuy = QStringLiteral("买进");

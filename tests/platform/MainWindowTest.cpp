@@ -155,13 +155,8 @@ TEST_F(MainWindowTest, EmptyAndNullFieldsAndAUserWithoutTrades)
 
     {
         store::Database db = store::openUserDatabase();
-        store::Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
-        rs.AddNew();
-        rs.setField(0, QStringLiteral("ALICE"));
-        rs.setField(1, QStringLiteral("000001"));
-        rs.setField(2, QString());
-        rs.setField(7, kBuy);
-        rs.Update();
+        testjournal::addRows(db, QStringLiteral("havewhat"),
+                             {{QStringLiteral("ALICE"), QStringLiteral("000001"), QString(), {}, {}, {}, {}, kBuy}});
     }
     w->FrmRef();
     EXPECT_EQ(grid()->textMatrix(1, 3), "--"); // empty name

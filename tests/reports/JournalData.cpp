@@ -2,6 +2,7 @@
 
 #include "base/Paths.h"
 #include "store/Database.h"
+#include "support/Journal.h"
 #include "support/TestFolder.h"
 
 namespace journal {
@@ -12,14 +13,7 @@ namespace {
 void addRows(const QString &table, const QList<QVariantList> &rows)
 {
     store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from ") + table);
-    for (const QVariantList &row : rows) {
-        rs.AddNew();
-        for (int i = 0; i < row.size(); ++i)
-            if (row[i].isValid()) // an invalid value leaves the field unassigned
-                rs.setField(i, row[i]);
-        rs.Update();
-    }
+    testjournal::addRows(db, table, rows);
     db.close();
 }
 } // namespace
@@ -42,10 +36,7 @@ void addCash(const QString &user, const QDate &date, double amount, const QStrin
 
 int count(const QString &table)
 {
-    store::Database db = store::openUserDatabase();
-    const int n = db.openRecordset(QStringLiteral("select count(*) from ") + table).field(0).toInt();
-    db.close();
-    return n;
+    return testjournal::rowsOf(QStringLiteral("select count(*) from ") + table).value(0).value(0).toInt();
 }
 
 SharedFolder::SharedFolder()

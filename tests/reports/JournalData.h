@@ -2,6 +2,8 @@
 // Rows written into the test journal through the record-set API, as the
 // entry windows write them, and a few read-backs.
 
+#include "support/Helpers.h"
+
 #include <QDate>
 #include <QString>
 
@@ -10,9 +12,6 @@
 #include <memory>
 #include <ostream>
 
-// Readable texts in failure messages.
-inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdString() << '"'; }
-inline void PrintTo(const QStringList &l, std::ostream *os) { *os << '[' << l.join(u'|').toStdString() << ']'; }
 
 class TestFolder;
 

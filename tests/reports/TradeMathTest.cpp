@@ -1,25 +1,11 @@
 // The arithmetic of the report windows, without any window.
 #include "reports/TradeMath.h"
 
-#include "base/RuntimeError.h"
+#include "support/Helpers.h"
 
 #include <gtest/gtest.h>
 
 using namespace reports;
-
-namespace {
-
-int errorOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const base::RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
-} // namespace
 
 TEST(TradeFee, MinimumsByCodeAndRounding)
 {

@@ -39,14 +39,8 @@ protected:
 
     static void addCash(Database &db, double amount)
     {
-        Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
-        rs.AddNew();
-        rs.setField(0, QStringLiteral("DEMO"));
-        rs.setField(1, QDate(2026, 1, 2));
-        rs.setField(2, amount);
-        rs.setField(3, QStringLiteral("工资"));
-        rs.setField(4, QStringLiteral("存入"));
-        rs.Update();
+        testjournal::addRows(db, QStringLiteral("资金表"),
+                             {{QStringLiteral("DEMO"), QDate(2026, 1, 2), amount, QStringLiteral("工资"), QStringLiteral("存入")}});
     }
     static int cashRows(Database &db) { return scalar(db, QStringLiteral("select count(*) from 资金表")).toInt(); }
     static int cashRows(const QString &path)

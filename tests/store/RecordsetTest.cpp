@@ -22,11 +22,7 @@ protected:
     // Appends a row the way the windows do: by position.
     void add(const QString &table, const QVariantList &values)
     {
-        Recordset rs = db.openRecordset(QStringLiteral("select * from ") + table);
-        rs.AddNew();
-        for (int i = 0; i < values.size(); ++i)
-            rs.setField(i, values[i]);
-        rs.Update();
+        testjournal::addRows(db, table, {values});
     }
     void addCash(const QDate &date, const QVariant &amount, const QVariant &reason = QString())
     {
