@@ -41,7 +41,9 @@ namespace {
 [[noreturn]] void fail(const QString &text)
 {
     std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
-    std::exit(1);
+    // As the program ends on a fatal error: at once, without unwinding the
+    // windows that are still alive.
+    base::endProgram(1);
 }
 
 // The grid of a window as a table: row 0 the header, column 0 (always empty) left out.
