@@ -18,7 +18,7 @@
 #include "store/Accounts.h"
 #include "store/Database.h"
 #include "store/Schema.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 // Tessaly: the login window is the first window; a successful login hands the
 // user to the main window.
 #include "platform/frmBefor.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 #include "UserFolder.h"
 #include "ui/Form.h"
 #include "ui/Language.h"

@@ -3,7 +3,7 @@
 #include "support/TestFolder.h"
 
 #include "store/Schema.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 #include "ui/MsgBox.h"
 
 #include <QApplication>

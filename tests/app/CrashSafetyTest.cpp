@@ -10,7 +10,7 @@
 #include "store/Backup.h"
 #include "store/Database.h"
 #include "store/Schema.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 
 #include <QDir>
 #include <QLineEdit>

@@ -6,7 +6,7 @@
 
 #include "store/Accounts.h"
 #include "store/Schema.h"
-#include "store/frmGuanli.h"
+#include "accounts/frmGuanli.h"
 #include "ui/MsgBox.h"
 
 #include <QLineEdit>

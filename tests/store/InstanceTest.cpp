@@ -4,7 +4,7 @@
 
 #include "base/Instance.h"
 #include "base/Paths.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 
 #include <QApplication>
 #include <QDir>

@@ -7,7 +7,7 @@
 #include "base/ErrorGuard.h"
 #include "store/Accounts.h"
 #include "store/Schema.h"
-#include "store/frmLogin.h"
+#include "accounts/frmLogin.h"
 #include "ui/MsgBox.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "base/ErrorGuard.h"
 #include "base/Instance.h"
 #include "store/Accounts.h"
-#include "store/frmGuanli.h"
+#include "accounts/frmGuanli.h"
 #include "ui/MsgBox.h"
 
 #include <QEvent>
