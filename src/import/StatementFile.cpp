@@ -3,6 +3,7 @@
 #include "base/Gbk.h"
 
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
 #include <QStringDecoder>
 
@@ -143,11 +144,16 @@ Column columnFor(const QString &heading)
     h.remove(u' ');
     if (h.isEmpty())
         return Column::None;
-    for (const Meaning &m : kMeanings)
-        for (const QString &name : QString::fromUtf8(m.headings).split(u'|', Qt::SkipEmptyParts))
-            if (h == name)
-                return m.column;
-    return Column::None;
+    // Every heading name of every meaning, split once; the first meaning that
+    // lists a name keeps it.
+    static const QHash<QString, Column> byName = [] {
+        QHash<QString, Column> names;
+        for (const Meaning &m : kMeanings)
+            for (const QString &name : QString::fromUtf8(m.headings).split(u'|', Qt::SkipEmptyParts))
+                names.insert(name, names.value(name, m.column));
+        return names;
+    }();
+    return byName.value(h, Column::None);
 }
 
 bool isFeeColumn(Column c)

@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -118,8 +119,16 @@ void raiseBadRecordNumber()
 void BarArray::clear()
 {
     static_assert(std::is_trivially_copyable_v<StockBar>);
-    std::memset(static_cast<void *>(m_bars.data()), 0, static_cast<std::size_t>(m_touched) * sizeof(StockBar));
+    if (m_touched > 0)
+        std::memset(static_cast<void *>(m_bars.data()), 0, static_cast<std::size_t>(m_touched) * sizeof(StockBar));
     m_touched = 0;
+}
+
+void BarArray::grow(std::size_t k)
+{
+    // Doubling keeps a reader that fills 1, 2, 3 … from reallocating per bar.
+    const std::size_t want = std::max<std::size_t>({k + 1, m_bars.size() * 2, 256});
+    m_bars.resize(std::min<std::size_t>(want, kBarArrayLast));
 }
 
 void BarArray::raiseSubscript()

@@ -30,18 +30,27 @@ constexpr int kBarArrayLast = 20000;
 
 // Bars with indexes 1 .. 20000, every field zero at first. An index outside
 // that range raises the subscript-out-of-range error.
+//
+// Storage grows with the highest index reached, so an array that a short
+// file or a week/month merge only partly uses costs what it holds, not 20000
+// bars.
 class BarArray {
 public:
-    BarArray() : m_bars(kBarArrayLast) {}
-
     StockBar &operator[](int i)
     {
         const std::size_t k = checked(i);
+        if (k >= m_bars.size())
+            grow(k);
         if (i > m_touched)
             m_touched = i;
         return m_bars[k];
     }
-    const StockBar &operator[](int i) const { return m_bars[checked(i)]; }
+    const StockBar &operator[](int i) const
+    {
+        static const StockBar zero;
+        const std::size_t k = checked(i);
+        return k < m_bars.size() ? m_bars[k] : zero;
+    }
 
     // Sets every bar back to zero (only bars ever reached for writing can
     // differ from zero, so only those are cleared).
@@ -57,6 +66,7 @@ private:
             raiseSubscript();
         return static_cast<std::size_t>(i - 1);
     }
+    void grow(std::size_t k);
     [[noreturn]] static void raiseSubscript();
     std::vector<StockBar> m_bars;
     int m_touched = 0; // highest index handed out for writing
