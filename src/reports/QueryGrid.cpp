@@ -56,13 +56,32 @@ int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Record
         run([&] { grid.setTextMatrix(0, j + shift, kept.fieldName(j)); });
 
     run([&] { kept.MoveFirst(); });
-    for (int16_t r = 1; r <= n; r = base::add16(r, 1)) {
-        for (int j = first; j < cols; ++j)
-            run([&] { grid.setValueMatrix(r, j + shift, kept.field(j)); });
-        run([&] { kept.MoveNext(); });
-        if (r == n) // the loop variable's last step would not fit when n is 32767
-            break;
-    }
+    if (n <= 0)
+        return 0;
+    // Row r shows the record set's row r - 1. The grid asks for the values of
+    // the rows it shows, and the record set reads them then, so a fill costs
+    // the rows on screen, not the rows of the query. A row that cannot be
+    // read (deleted meanwhile, its handle closed) shows empty cells; a value
+    // the engine cannot convert ends the program as it would have in a fill
+    // that read every row.
+    run([&] {
+        grid.setValueSource(n, first + shift, cols - 1 + shift,
+                            [rows = kept.rows(), shift](int r, int c) {
+                                QVariant v;
+                                try {
+                                    v = rows.value(r - 1, c - shift);
+                                } catch (const base::RuntimeError &e) {
+                                    if (e.number() == store::ErrConversion)
+                                        base::reportFatal(e);
+                                }
+                                return v;
+                            });
+    });
+    // Where a fill row by row leaves the record set: after its last row.
+    run([&] {
+        kept.MoveLast();
+        kept.MoveNext();
+    });
     return 0;
 }
 

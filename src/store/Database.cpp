@@ -17,8 +17,10 @@
 
 #include <bit>
 #include <cmath>
+#include <algorithm>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace store {
@@ -749,10 +751,14 @@ struct Column {
 
 struct Row {
     qint64 rowid = 0;
-    qsizetype first = 0;     // its first value in the record set's raw values
+    qsizetype first = 0;     // its first value in the record set's raw values, -1 while not read
     QList<QVariant> values;  // set instead for a row stored through the record set
-    bool deleted = false;
+    bool deleted = false;    // deleted through this record set
+    bool gone = false;       // deleted by another handle before its values were read
 };
+
+// Rows whose values are read together when one of them is first looked at.
+constexpr qsizetype kValueBlock = 256;
 
 } // namespace
 
@@ -767,6 +773,7 @@ struct Recordset::Impl {
     // rows can be changed). Rows are read from it as they are needed: the
     // first ones at open, the rest at the first move or count.
     QString query;
+    QString idQuery; // the same rows, their ids only (empty when it cannot be built)
     QVariantList params;
     bool withIds = false;
     bool complete = false;
@@ -820,6 +827,20 @@ struct Recordset::Impl {
             raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
         return r;
     }
+    // Value i of row p, its block of rows read first when they were not.
+    QVariant value(qsizetype p, int i)
+    {
+        Row *row = &rows[size_t(p)];
+        if (row->first < 0 && row->values.isEmpty() && !row->gone) {
+            readValues(p);
+            row = &rows[size_t(p)];
+        }
+        if (row->deleted || row->gone)
+            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+        if (!row->values.isEmpty())
+            return row->values[i];
+        return valueOf(raw[size_t(row->first + i)], arena, columns[i].kind);
+    }
     void checkIndex(int i) const
     {
         if (i < 0 || i >= columns.size())
@@ -865,10 +886,13 @@ struct Recordset::Impl {
 
     // Reads the rest of the query's rows: the query runs again and the rows
     // the snapshot holds already (by row id, or the first ones read when the
-    // rows have none) are left out.
+    // rows have none) are left out. Rows with ids are read as ids only when
+    // the id query walks the table in the same order as the query.
     void readAll()
     {
         if (complete)
+            return;
+        if (withIds && readIds())
             return;
         QSet<qint64> known;
         if (withIds)
@@ -877,6 +901,96 @@ struct Recordset::Impl {
         Statement st(connection(), query, db->name);
         st.bindAll(params);
         readRows(st.get(), -1, known, queryRows);
+    }
+
+    // The steps of the engine's plan for `sql`, an index counted the same
+    // whether or not it covers the columns asked for.
+    QStringList planOf(const QString &sql)
+    {
+        Statement st(connection(), QStringLiteral("EXPLAIN QUERY PLAN ") + sql, db->name);
+        st.bindAll(params);
+        QStringList steps;
+        while (sqlite3_step(st.get()) == SQLITE_ROW)
+            steps << fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(st.get(), 3)))
+                         .remove(QLatin1String("COVERING "));
+        return steps;
+    }
+
+    // Reads the ids of the rows not held yet, when the id query visits the
+    // rows as the query does: the same plan, and no sorting step whose order
+    // among equal keys could differ. Returns false (nothing read) otherwise.
+    bool readIds()
+    {
+        if (idQuery.isEmpty())
+            return false;
+        try {
+            const QStringList plan = planOf(idQuery);
+            if (plan != planOf(query) || plan.join(u'\n').contains(QLatin1String("TEMP B-TREE")))
+                return false;
+        } catch (const base::RuntimeError &) {
+            return false;
+        }
+        QSet<qint64> known;
+        for (const Row &r : rows)
+            known.insert(r.rowid);
+        Statement st(connection(), idQuery, db->name);
+        st.bindAll(params);
+        std::vector<Row> read;
+        int rc;
+        while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
+            const qint64 id = sqlite3_column_int64(st.get(), 0);
+            if (!known.contains(id))
+                read.push_back(Row{id, -1, {}, false, false});
+        }
+        if (rc != SQLITE_DONE)
+            raiseEngine(db->db, rc, db->name);
+        const qsizetype added = qsizetype(read.size());
+        rows.insert(rows.begin() + queryRows, std::make_move_iterator(read.begin()),
+                    std::make_move_iterator(read.end()));
+        if (pos >= queryRows)
+            pos += added;
+        queryRows += added;
+        complete = true;
+        return true;
+    }
+
+    // Reads the values of the rows of p's block that have none yet, by row
+    // id; a row no longer in the table is marked gone.
+    void readValues(qsizetype p)
+    {
+        const qsizetype from = p / kValueBlock * kValueBlock;
+        const qsizetype to = std::min<qsizetype>(from + kValueBlock, qsizetype(rows.size()));
+        QHash<qint64, qsizetype> wanted;
+        for (qsizetype k = from; k < to; ++k) {
+            const Row &r = rows[size_t(k)];
+            if (r.first < 0 && r.values.isEmpty() && !r.gone)
+                wanted.insert(r.rowid, k);
+        }
+        QStringList cols, marks;
+        for (const Column &c : columns)
+            cols << quoteIdentifier(c.origin);
+        for (qsizetype k = 0; k < wanted.size(); ++k)
+            marks << QStringLiteral("?");
+        Statement st(connection(),
+                     QStringLiteral("SELECT rowid, %1 FROM %2 WHERE rowid IN (%3)")
+                         .arg(cols.join(u','), quoteIdentifier(table), marks.join(u',')),
+                     db->name);
+        int index = 1;
+        for (auto it = wanted.cbegin(); it != wanted.cend(); ++it)
+            sqlite3_bind_int64(st.get(), index++, it.key());
+        const int n = int(columns.size());
+        int rc;
+        while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
+            const qsizetype k = wanted.take(sqlite3_column_int64(st.get(), 0));
+            Row &r = rows[size_t(k)];
+            r.first = qsizetype(raw.size());
+            for (int i = 0; i < n; ++i)
+                raw.push_back(captureValue(st.get(), i + 1, columns[i].kind, arena));
+        }
+        if (rc != SQLITE_DONE)
+            raiseEngine(db->db, rc, db->name);
+        for (const qsizetype k : std::as_const(wanted))
+            rows[size_t(k)].gone = true;
     }
 
     // Reads the stored row back into the snapshot's column order.
@@ -992,6 +1106,8 @@ Recordset Database::openRecordset(const QString &sql, const QVariantList &params
     // queries of the program have fewer rows than this and run only once.
     constexpr qsizetype kFirstRows = 64;
     rs->query = withId ? QStringLiteral("SELECT rowid AS tessaly_rowid_, ") + sql.mid(afterSelect) : sql;
+    if (withId && from > afterSelect)
+        rs->idQuery = QStringLiteral("SELECT rowid AS tessaly_rowid_ ") + sql.mid(from);
     rs->params = params;
     rs->withIds = bool(withId);
     Statement &chosen = withId ? *withId : *plain;
@@ -1000,12 +1116,12 @@ Recordset Database::openRecordset(const QString &sql, const QVariantList &params
     rs->toFirst();
 
     Recordset result;
-    result.m_impl = std::move(rs);
+    result.m_impl = std::shared_ptr<Recordset::Impl>(std::move(rs));
     return result;
 }
 
 namespace {
-Recordset::Impl &checked(const std::unique_ptr<Recordset::Impl> &impl)
+Recordset::Impl &checked(const std::shared_ptr<Recordset::Impl> &impl)
 {
     if (!impl)
         raiseNotSet();
@@ -1118,7 +1234,7 @@ QString Recordset::fieldName(int i) const
 
 QVariant Recordset::field(int i) const
 {
-    const Impl &r = checked(m_impl);
+    Impl &r = checked(m_impl);
     r.checkIndex(i);
     if (r.mode != Impl::Mode::None) {
         if (r.assigned[i])
@@ -1126,10 +1242,25 @@ QVariant Recordset::field(int i) const
         if (r.mode == Impl::Mode::Adding)
             return QVariant();
     }
-    const Row &row = r.current();
-    if (!row.values.isEmpty())
-        return row.values[i];
-    return valueOf(r.raw[size_t(row.first + i)], r.arena, r.columns[i].kind);
+    r.current();
+    return r.value(r.pos, i);
+}
+
+Recordset::Rows Recordset::rows() const
+{
+    checked(m_impl);
+    Rows rows;
+    rows.m_impl = m_impl;
+    return rows;
+}
+
+QVariant Recordset::Rows::value(int row, int i) const
+{
+    Impl &r = checked(m_impl);
+    r.readAll();
+    if (row < 0 || row >= qsizetype(r.rows.size()) || i < 0 || i >= r.columns.size())
+        return QVariant();
+    return r.value(row, i);
 }
 
 void Recordset::AddNew()
@@ -1225,7 +1356,7 @@ void Recordset::Update()
     // the current record stays where it was.
     QList<QVariant> stored = r.readRow(rowid);
     if (adding)
-        r.rows.push_back(Row{rowid, 0, std::move(stored), false});
+        r.rows.push_back(Row{rowid, 0, std::move(stored), false, false});
     else
         r.rows[size_t(r.pos)].values = std::move(stored);
 }

@@ -4,7 +4,9 @@
 // (with the base table's row ids, so that AddNew/Edit/Update/Delete act on the
 // table). A record set reads its first rows when opened and the others when
 // it first moves or counts, so that appending through one costs nothing per row
-// of the table. No statement stays open between calls.
+// of the table. Where the rows carry row ids, moving and counting read only
+// the ids; the values of a row are read when it is first looked at, a block
+// of rows at a time. No statement stays open between calls.
 //
 // Every failure raises base::RuntimeError with the engine's error number and
 // a Chinese description.
@@ -184,8 +186,23 @@ public:
 
     struct Impl;
 
+    // The rows of the record set as a table, read without moving it: value
+    // of field i of row `row` (0 is the first row of the snapshot). It keeps
+    // the rows alive after the record set is reassigned, so a grid can show
+    // them as it scrolls. Outside the rows or the fields it gives a null
+    // value; a row deleted since raises ErrRecordDeleted.
+    class Rows {
+    public:
+        QVariant value(int row, int i) const;
+
+    private:
+        friend class Recordset;
+        std::shared_ptr<Impl> m_impl;
+    };
+    Rows rows() const;
+
 private:
-    std::unique_ptr<Impl> m_impl;
+    std::shared_ptr<Impl> m_impl;
     friend class Database;
 };
 

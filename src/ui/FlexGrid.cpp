@@ -86,7 +86,7 @@ QVariant FlexGridModel::data(const QModelIndex &index, int role) const
     const size_t c = static_cast<size_t>(index.column());
     switch (role) {
     case Qt::DisplayRole:
-        return c < row.size() ? QVariant(textOf(row[c])) : QVariant(QString());
+        return textOf(index.row(), index.column());
     case Qt::ForegroundRole:
         if (c < row.size() && row[c].hasFore)
             return QColor::fromRgb(row[c].fore);
@@ -150,8 +150,18 @@ QString FlexGridModel::text(int r, int c) const
 {
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return {};
+    return textOf(r, c);
+}
+
+QString FlexGridModel::textOf(int r, int c) const
+{
     const auto &row = m_cells[static_cast<size_t>(r)];
-    return static_cast<size_t>(c) < row.size() ? textOf(row[static_cast<size_t>(c)]) : QString();
+    const bool set = static_cast<size_t>(c) < row.size() && !row[static_cast<size_t>(c)].text.isNull();
+    if (!set && m_source && r >= 1 && r <= m_sourceRows && c >= m_sourceFirst && c <= m_sourceLast) {
+        const QVariant v = m_source(r, c);
+        return m_format ? m_format(v) : v.toString();
+    }
+    return set ? row[static_cast<size_t>(c)].text.get(m_format) : QString();
 }
 
 FlexGridModel::Cell &FlexGridModel::cellAt(int r, int c)
@@ -181,6 +191,24 @@ void FlexGridModel::setValue(int r, int c, const QVariant &value)
 void FlexGridModel::setValueFormat(ValueFormat format)
 {
     m_format = std::move(format);
+}
+
+void FlexGridModel::setValueSource(int rows, int first, int last, ValueSource source)
+{
+    m_source = std::move(source);
+    m_sourceRows = rows;
+    m_sourceFirst = first;
+    m_sourceLast = last;
+    const int bottom = std::min(rows, rowCount() - 1);
+    const int right = std::min(last, m_cols - 1);
+    if (bottom < 1 || first > right)
+        return;
+    if (m_bulk > 0) { // the corners widen the bulk's rectangle
+        cellChanged(1, first, Qt::DisplayRole);
+        cellChanged(bottom, right, Qt::DisplayRole);
+    } else {
+        emit dataChanged(index(1, first), index(bottom, right), {Qt::DisplayRole});
+    }
 }
 
 void FlexGridModel::cellChanged(int r, int c, int role)
@@ -274,6 +302,8 @@ void FlexGridModel::clearContents()
     // The rows keep their room: a grid that is cleared is filled again.
     for (auto &row : m_cells)
         row.clear();
+    m_source = nullptr;
+    m_sourceRows = 0;
     endResetModel();
 }
 
@@ -335,6 +365,11 @@ void FlexGrid::setTextMatrix(int r, int c, const QString &text) { m_model->setTe
 void FlexGrid::setValueMatrix(int r, int c, const QVariant &value) { m_model->setValue(r, c, value); }
 
 void FlexGrid::setValueFormat(FlexGridModel::ValueFormat format) { m_model->setValueFormat(std::move(format)); }
+
+void FlexGrid::setValueSource(int rows, int first, int last, FlexGridModel::ValueSource source)
+{
+    m_model->setValueSource(rows, first, last, std::move(source));
+}
 
 int FlexGrid::colWidth(int c) const { return columnWidth(c) * kTwipsPerPixel; }
 

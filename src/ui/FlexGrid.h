@@ -35,6 +35,12 @@ public:
     void setValue(int r, int c, const QVariant &value);
     using ValueFormat = std::function<QString(const QVariant &)>;
     void setValueFormat(ValueFormat format);
+    // Cells of rows 1 .. rows and columns first .. last that were never set
+    // show the value format's text of source(r, c), asked each time the cell
+    // is shown or read: a grid of many rows holds none of their values. The
+    // source is dropped when the grid is cleared.
+    using ValueSource = std::function<QVariant(int r, int c)>;
+    void setValueSource(int rows, int first, int last, ValueSource source);
     QColor foreColor(int r, int c) const;
     void setForeColor(int r, int c, const QColor &color);
     void addRow(const QStringList &cells);
@@ -73,6 +79,7 @@ private:
         void set(const QString &text);
         void setValue(const QVariant &value);
         QString get(const ValueFormat &format) const;
+        bool isNull() const { return m_len == kNull; }
 
     private:
         static constexpr int kInline = 12;
@@ -92,10 +99,12 @@ private:
         bool hasFore = false;
     };
     Cell &cellAt(int r, int c); // grows the row to the full width
-    QString textOf(const Cell &cell) const { return cell.text.get(m_format); }
+    QString textOf(int r, int c) const;
 
     std::vector<std::vector<Cell>> m_cells; // [row][col]
     ValueFormat m_format;
+    ValueSource m_source;
+    int m_sourceRows = 0, m_sourceFirst = 0, m_sourceLast = -1;
     int m_cols = 2;
     int m_bulk = 0;
     // Changed cells during a bulk update: the bounding rectangle and whether
@@ -120,6 +129,7 @@ public:
     // A cell shown as the value format's text of `value` (see FlexGridModel).
     void setValueMatrix(int r, int c, const QVariant &value);
     void setValueFormat(FlexGridModel::ValueFormat format);
+    void setValueSource(int rows, int first, int last, FlexGridModel::ValueSource source);
 
     // Column width in twips (15 twips = 1 pixel at 96 dpi).
     int colWidth(int c) const;

@@ -250,3 +250,61 @@ TEST_F(RecordsetTest, TextComparesAndTableNamesIgnoreLetterCase)
     rs.Delete(); // written through the name as the query spelled it
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 0);
 }
+
+// A record set of more rows than it reads at open counts and moves on the row
+// ids alone and reads values as rows are looked at. The rows must come in the
+// order the query gives them (compared with a query whose computed column
+// makes it read every value at once), and a row deleted meanwhile by another
+// handle must say so instead of showing another row's values.
+TEST_F(RecordsetTest, LongRecordSetsKeepTheQueryOrderWhenValuesAreReadLate)
+{
+    QList<QVariantList> trades;
+    for (int i = 0; i < 600; ++i) // index order (user, code, operation) differs from insertion order
+        trades.append({i % 2 ? QStringLiteral("ALICE") : QStringLiteral("BOB"), QStringLiteral("6000%1").arg(i % 7, 2, 10, QChar(u'0')),
+                       QStringLiteral("股票"), QDate(2024, 1, 5), double(i), 100.0, 0.3f,
+                       i % 3 ? QStringLiteral("买进") : QStringLiteral("卖出"), QString()});
+    db.execute(QStringLiteral("begin"));
+    testjournal::addRows(db, QStringLiteral("havewhat"), trades);
+    db.execute(QStringLiteral("commit"));
+
+    for (const char *where : {"where userid='ALICE'", "where 成交价格>=100",
+                              "order by 股票代码 desc"}) {
+        Recordset all = db.openRecordset(QStringLiteral("select 成交价格*1 from havewhat ") + QString::fromUtf8(where));
+        QList<double> expected;
+        for (all.MoveFirst(); !all.EOF_(); all.MoveNext())
+            expected << all.field(0).toDouble();
+
+        Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat ") + QString::fromUtf8(where));
+        ASSERT_EQ(rs.RecordCount(), expected.size()) << where;
+        const Recordset::Rows rows = rs.rows();
+        for (int r = int(expected.size()) - 1; r >= 0; r -= 7) // backwards: blocks read out of order
+            ASSERT_EQ(rows.value(r, 4).toDouble(), expected[r]) << where << " row " << r;
+        rs.MoveFirst();
+        rs.Move(200);
+        EXPECT_EQ(rs.field(4).toDouble(), expected[200]) << where;
+        EXPECT_TRUE(rows.value(int(expected.size()), 4).isNull());
+    }
+
+    // Rows 250 and 280 (their block not read yet) deleted through another
+    // handle; changing row 251 still reaches its own row.
+    Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat where userid='ALICE'"));
+    rs.MoveLast();
+    const QVariantList gone = {rs.rows().value(250, 4), rs.rows().value(280, 4)};
+    Recordset fresh = db.openRecordset(QStringLiteral("select * from havewhat where userid='ALICE'"));
+    ASSERT_EQ(fresh.RecordCount(), 300);
+    Database other = openUserDatabase();
+    other.execute(QStringLiteral("delete from havewhat where userid='ALICE' and (成交价格=%1 or 成交价格=%2)")
+                      .arg(gone[0].toDouble()).arg(gone[1].toDouble()));
+    fresh.MoveFirst();
+    fresh.Move(250);
+    EXPECT_EQ(errorOf([&] { fresh.field(4); }), ErrRecordDeleted);
+    EXPECT_EQ(errorOf([&] { fresh.rows().value(280, 0); }), ErrRecordDeleted);
+    fresh.MoveNext();
+    const double price = fresh.field(4).toDouble();
+    fresh.Edit();
+    fresh.setField(8, QStringLiteral("late"));
+    fresh.Update();
+    EXPECT_EQ(scalar(db, QStringLiteral("select 操作原因 from havewhat where userid='ALICE' and 成交价格=%1").arg(price)),
+              QStringLiteral("late"));
+    EXPECT_EQ(fresh.RecordCount(), 300);
+}
