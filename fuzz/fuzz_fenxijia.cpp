@@ -16,10 +16,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const bool shanghai = code.startsWith(u'6') || code.startsWith(u'1');
     fuzz::writeFile(shanghai ? QStringLiteral("DATA/SH/day.dat") : QStringLiteral("DATA/SZ/day.dat"), in.data, in.size);
 
-    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
-        marketdata::ReadFenxijia(fuzz::folder(), code, period, (in.selector & 4) ? 20000101 : 0,
-                                 (in.selector & 4) ? 20201231 : 0,
-                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    fuzz::readAnyBytes([&](marketdata::BarArray &bars) {
+        return marketdata::ReadFenxijia(
+            {fuzz::folder(), code, period, (in.selector & 4) ? 20000101 : 0, (in.selector & 4) ? 20201231 : 0}, bars);
     });
     return 0;
 }

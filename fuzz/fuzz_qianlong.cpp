@@ -20,10 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     fuzz::writeFile(QStringLiteral("data/shase/day/") + stem + QStringLiteral(".day"), in.data, in.size);
     marketdata::setDataPath(fuzz::folder());
 
-    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
-        marketdata::ReadQianlong(fuzz::folder(), index ? QStringLiteral("1A0001") : QStringLiteral("600000"), period,
-                                 (in.selector & 8) ? 19990101 : 0, (in.selector & 8) ? 20201231 : 0,
-                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    fuzz::readAnyBytes([&](marketdata::BarArray &bars) {
+        return marketdata::ReadQianlong({fuzz::folder(), index ? QStringLiteral("1A0001") : QStringLiteral("600000"),
+                                         period, (in.selector & 8) ? 19990101 : 0, (in.selector & 8) ? 20201231 : 0},
+                                        bars);
     });
     return 0;
 }

@@ -19,10 +19,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     fuzz::writeFile(QStringLiteral("data/sznse/day/000002.day"), in.data, in.size);
     marketdata::setDataPath(fuzz::folder());
 
-    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
-        marketdata::ReadShenglong(fuzz::folder(), QStringLiteral("000002"), period, (in.selector & 4) ? 19990101 : 0,
-                                  (in.selector & 4) ? 20201231 : 0,
-                                  o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    fuzz::readAnyBytes([&](marketdata::BarArray &bars) {
+        return marketdata::ReadShenglong({fuzz::folder(), QStringLiteral("000002"), period,
+                                          (in.selector & 4) ? 19990101 : 0, (in.selector & 4) ? 20201231 : 0},
+                                         bars);
     });
     return 0;
 }

@@ -23,9 +23,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const bool range = in.selector & 16;
     fuzz::writeFile(QLatin1String(target.file), in.data, in.size);
 
-    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
-        marketdata::ReadTdx(fuzz::folder(), QLatin1String(target.code), period, range ? 20150301 : 0,
-                            range ? 20151231 : 0, o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    fuzz::readAnyBytes([&](marketdata::BarArray &bars) {
+        return marketdata::ReadTdx(
+            {fuzz::folder(), QLatin1String(target.code), period, range ? 20150301 : 0, range ? 20151231 : 0}, bars);
     });
     return 0;
 }

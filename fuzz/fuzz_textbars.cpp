@@ -14,10 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const int16_t period = static_cast<int16_t>(std::max(1, in.selector & 3));
     fuzz::writeFile(QStringLiteral("600000.txt"), in.data, in.size);
 
-    fuzz::readAnyBytes([&](fuzz::ReaderOutputs &o) {
-        marketdata::ReadTextBars(fuzz::folder(), QStringLiteral("600000"), period, 0, 0,
-                                 QLatin1String(layouts[(in.selector >> 2) & 7]),
-                                 o.bars, o.count, o.low, o.high, o.lowDate, o.highDate);
+    fuzz::readAnyBytes([&](marketdata::BarArray &bars) {
+        return marketdata::ReadTextBars({fuzz::folder(), QStringLiteral("600000"), period, 0, 0},
+                                        QLatin1String(layouts[(in.selector >> 2) & 7]), bars);
     });
     return 0;
 }

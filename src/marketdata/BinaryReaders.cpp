@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 
 namespace marketdata {
 
@@ -109,24 +110,21 @@ inline void fillBar(StockBar &bar, const unsigned char *rec)
 }
 
 template <const BinaryLayout &layout>
-void readBinary(const QString &dataDir, const QString &code, int16_t period,
-                int32_t fromDate, int32_t toDate, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
-                int32_t &minLowDate, int32_t &maxHighDate)
+std::optional<BarRead> readBinary(const BarRequest &request, BarArray &bars)
 {
-    float workLow = 100000, workHigh = 0;
-    int32_t workLowDate = 0, workHighDate = 0;
-    if (fromDate == 0)
-        fromDate = 1;
-    if (toDate == 0)
-        toDate = 60000000;
+    const int32_t fromDate = request.fromDate == 0 ? 1 : request.fromDate;
+    const int32_t toDate = request.toDate == 0 ? 60000000 : request.toDate;
 
     BarFile file;
-    if (!file.open(fileNameFor(layout, dataDir, code, period)))
-        return;
+    if (!file.open(fileNameFor(layout, request.dataDir, request.code, request.period)))
+        return std::nullopt;
     const int16_t n = file.recordCount(kRecordSize);
     if (n - 1 < 0)
-        return;
+        return std::nullopt;
 
+    // The extremes stay in locals while the loop runs.
+    float workLow = 100000, workHigh = 0;
+    int32_t workLowDate = 0, workHighDate = 0;
     int k = 1;
     unsigned char scratch[kRecordSize];
     for (int i = 0; i <= n - 1; ++i) {
@@ -146,31 +144,28 @@ void readBinary(const QString &dataDir, const QString &code, int16_t period,
         }
         ++k;
     }
+    BarRead read{static_cast<int16_t>(k - 1), workLow, workHigh, workLowDate, workHighDate};
 
-    count = static_cast<int16_t>(k - 1);
-    minLow = workLow;
-    maxHigh = workHigh;
-    minLowDate = workLowDate;
-    maxHighDate = workHighDate;
-
-    if (period == 2 || period == 3) {
-        const int32_t lastDate = bars[count].Date;
-        StockBar &next = bars[count + 1];
-        bool found = false;
-        BuildCurrentBar(lastDate, period, code, QString::fromUtf8(layout.source), next.Date, next.Open, next.Close,
-                        next.High, next.Low, next.Volume, next.Amount, found);
-        if (found) {
-            if (next.Low < minLow) {
-                minLow = next.Low;
-                minLowDate = next.Date;
+    if (request.period == 2 || request.period == 3) {
+        const int32_t lastDate = bars[read.count].Date;
+        StockBar &next = bars[read.count + 1];
+        if (const std::optional<StockBar> current =
+                BuildCurrentBar(lastDate, request.code, QString::fromUtf8(layout.source))) {
+            next = *current;
+            if (next.Date > lastDate) {
+                if (next.Low < read.minLow) {
+                    read.minLow = next.Low;
+                    read.minLowDate = next.Date;
+                }
+                if (next.High > read.maxHigh) {
+                    read.maxHigh = next.High;
+                    read.maxHighDate = next.Date;
+                }
+                read.count = base::add16(read.count, 1);
             }
-            if (next.High > maxHigh) {
-                maxHigh = next.High;
-                maxHighDate = next.Date;
-            }
-            count = base::add16(count, 1);
         }
     }
+    return read;
 }
 
 // A running single-precision sum, each step taken in double and stored back.
@@ -181,25 +176,17 @@ void addTo(float &sum, int32_t v)
 
 } // namespace
 
-void ReadQianlong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                  BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                  int32_t &maxHighDate)
+std::optional<BarRead> ReadQianlong(const BarRequest &request, BarArray &bars)
 {
-    readBinary<kQianlong>(dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
-               maxHighDate);
+    return readBinary<kQianlong>(request, bars);
 }
 
-void ReadShenglong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                   BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                   int32_t &maxHighDate)
+std::optional<BarRead> ReadShenglong(const BarRequest &request, BarArray &bars)
 {
-    readBinary<kShenglong>(dataDir, code, period, fromDate, toDate, bars, count, minLow, maxHigh, minLowDate,
-               maxHighDate);
+    return readBinary<kShenglong>(request, bars);
 }
 
-void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, const QString &source,
-                     int32_t &date, float &open, float &close, float &high, float &low, float &volume,
-                     float &amount, bool &found)
+std::optional<StockBar> BuildCurrentBar(int32_t lastDate, const QString &code, const QString &source)
 {
     // Both sources read the 钱龙 daily folders; "80".."82" find nothing here.
     bool indexTable;
@@ -208,7 +195,7 @@ void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, 
     else if (source == QStringLiteral("胜龙"))
         indexTable = false;
     else
-        return;
+        return std::nullopt;
 
     QString name;
     switch (marketOf(code, kShanghaiStocks)) {
@@ -220,17 +207,19 @@ void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, 
         name = DataPath() + QStringLiteral("\\data\\sznse\\day\\") + code + QStringLiteral(".day");
         break;
     case Market::None:
-        return;
+        return std::nullopt;
     }
 
     BarFile file;
     if (!file.open(name))
-        return;
-    float workHigh = -100000, workLow = 100000, workOpen = 0, workVolume = 0, workAmount = 0;
+        return std::nullopt;
     const int16_t n = file.recordCount(kRecordSize);
     if (n - 1 < 0)
-        return;
+        return std::nullopt;
 
+    StockBar current;
+    current.High = -100000;
+    current.Low = 100000;
     unsigned char rec[kRecordSize];
     for (int i = n - 1; i >= 0; --i) {
         file.read(static_cast<qint64>(i) * kRecordSize, rec, kRecordSize);
@@ -238,28 +227,23 @@ void BuildCurrentBar(int32_t lastDate, int16_t /*period*/, const QString &code, 
         if (d > lastDate) {
             StockBar bar;
             fillBar<kQianlong>(bar, rec);
-            workOpen = bar.Open;
-            if (bar.High > workHigh)
-                workHigh = bar.High;
-            if (bar.Low < workLow)
-                workLow = bar.Low;
-            addTo(workVolume, le32(rec + 24));
-            addTo(workAmount, le32(rec + 20));
+            current.Open = bar.Open;
+            if (bar.High > current.High)
+                current.High = bar.High;
+            if (bar.Low < current.Low)
+                current.Low = bar.Low;
+            addTo(current.Volume, le32(rec + 24));
+            addTo(current.Amount, le32(rec + 20));
         }
         if (d < lastDate)
             break;
     }
-    open = workOpen;
-    high = workHigh;
-    low = workLow;
-    volume = workVolume;
-    amount = workAmount;
 
     const int16_t last = base::toInt16(static_cast<double>(file.size()) / kRecordSize - 1);
     file.read(static_cast<qint64>(last) * kRecordSize, rec, kRecordSize);
-    close = static_cast<float>(le32(rec + 16) / 1000.0);
-    date = le32(rec);
-    found = date > lastDate;
+    current.Close = static_cast<float>(le32(rec + 16) / 1000.0);
+    current.Date = le32(rec);
+    return current;
 }
 
 } // namespace marketdata

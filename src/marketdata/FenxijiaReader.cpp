@@ -13,6 +13,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 
 namespace marketdata {
 
@@ -53,29 +54,27 @@ float cents(float v)
 
 } // namespace
 
-void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                  BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                  int32_t &maxHighDate)
+std::optional<BarRead> ReadFenxijia(const BarRequest &request, BarArray &bars)
 {
-    if (fromDate == 0)
-        fromDate = 1;
-    if (toDate == 0)
-        toDate = 60000000;
+    const QString &code = request.code;
+    const int16_t period = request.period;
+    const int32_t fromDate = request.fromDate == 0 ? 1 : request.fromDate;
+    const int32_t toDate = request.toDate == 0 ? 60000000 : request.toDate;
 
     QString name;
     switch (marketOf(code, kFenxijiaShanghai)) {
     case Market::Shanghai:
-        name = dataDir + QStringLiteral("\\DATA\\SH\\day.dat");
+        name = request.dataDir + QStringLiteral("\\DATA\\SH\\day.dat");
         break;
     case Market::Shenzhen:
-        name = dataDir + QStringLiteral("\\DATA\\SZ\\day.dat");
+        name = request.dataDir + QStringLiteral("\\DATA\\SZ\\day.dat");
         break;
     case Market::None:
-        return;
+        return std::nullopt;
     }
     BarFile file;
     if (!file.open(name))
-        return;
+        return std::nullopt;
 
     unsigned char header[kHeaderSize];
     file.read(0, header, kHeaderSize);
@@ -103,8 +102,7 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
 
     int16_t recordCount = 0;
     int k = 1;
-    float workLow = 100000, workHigh = 0;
-    int32_t workLowDate = 0, workHighDate = 0;
+    BarRead read;
     std::unique_ptr<BarArray> work;
     if (period != 1)
         work = std::make_unique<BarArray>();
@@ -135,13 +133,13 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
                 bar.Close = cents(leFloat(rec + 16));
                 bar.Volume = leFloat(rec + 20);
                 bar.Amount = base::toSingle(static_cast<double>(leFloat(rec + 24)) / 1000);
-                if (bar.High > workHigh) {
-                    workHigh = bar.High;
-                    workHighDate = time; // the raw time stamp, not YYYYMMDD
+                if (bar.High > read.maxHigh) {
+                    read.maxHigh = bar.High;
+                    read.maxHighDate = time; // the raw time stamp, not YYYYMMDD
                 }
-                if (bar.Low < workLow) {
-                    workLow = bar.Low;
-                    workLowDate = time;
+                if (bar.Low < read.minLow) {
+                    read.minLow = bar.Low;
+                    read.minLowDate = time;
                 }
                 if (period == 1)
                     bars[k] = bar;
@@ -153,13 +151,10 @@ void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, i
     }
 
     if (period == 1)
-        count = recordCount;
+        read.count = recordCount;
     else if (period == 2 || period == 3)
-        count = mergePeriodBars(*work, recordCount, period, bars);
-    minLow = workLow;
-    maxHigh = workHigh;
-    minLowDate = workLowDate;
-    maxHighDate = workHighDate;
+        read.count = mergePeriodBars(*work, recordCount, period, bars);
+    return read;
 }
 
 } // namespace marketdata

@@ -55,16 +55,14 @@ DayBars::DayBars(BarArray &bars, int16_t period) : m_bars(bars), m_period(period
         m_work = std::make_unique<BarArray>();
 }
 
-void DayBars::finish(int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate)
+BarRead DayBars::finish()
 {
+    BarRead read = m_read;
     if (m_period == 1)
-        count = static_cast<int16_t>(m_next - 1);
+        read.count = static_cast<int16_t>(m_next - 1);
     else if (m_period == 2 || m_period == 3)
-        count = mergePeriodBars(*m_work, m_next - 1, m_period, m_bars);
-    minLow = m_low;
-    maxHigh = m_high;
-    minLowDate = m_lowDate;
-    maxHighDate = m_highDate;
+        read.count = mergePeriodBars(*m_work, m_next - 1, m_period, m_bars);
+    return read;
 }
 
 int16_t mergePeriodBars(const BarArray &work, int last, int16_t period, BarArray &bars)

@@ -51,8 +51,7 @@ void QuoteLookup(const QString &dataDir, const QString &source, const QString &c
     const std::shared_ptr<BarArray> bars = state.bars;
     const QString stock = trimBlanks(code).toUpper();
 
-    using Reader = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,
-                            float &, float &, int32_t &, int32_t &);
+    using Reader = std::optional<BarRead> (*)(const BarRequest &, BarArray &);
     static const struct {
         const char *source;
         Reader reader;     // a package reader, or
@@ -65,12 +64,12 @@ void QuoteLookup(const QString &dataDir, const QString &source, const QString &c
     for (const auto &row : table) {
         if (source != QLatin1String(row.source))
             continue;
-        if (row.reader)
-            row.reader(dataDir, stock, 1, 0, 0, *bars, state.count, state.minLow, state.maxHigh, state.minLowDate,
-                       state.maxHighDate);
-        else
-            ReadTextBars(dataDir, stock, 1, 0, 0, QString::fromLatin1(row.layout), *bars, state.count, state.minLow,
-                         state.maxHigh, state.minLowDate, state.maxHighDate);
+        const BarRequest daily{dataDir, stock, 1, 0, 0};
+        const std::optional<BarRead> read = row.reader
+            ? row.reader(daily, *bars)
+            : ReadTextBars(daily, QString::fromLatin1(row.layout), *bars);
+        if (read) // a read that finds no file keeps the previous one's values
+            static_cast<BarRead &>(state) = *read;
         break;
     }
 

@@ -3,9 +3,10 @@
 // the reader the source text names, optionally draws the chart of its last
 // bars, and returns the last close.
 //
-// The main window owns a QuoteState and passes it to every call: the bar
-// count, the four extremes and the six chart-range values live there between
-// calls (a failed read leaves the previous call's values in place).
+// The main window owns a QuoteState and passes it to every call: the count
+// and the four extremes of the last read that found a file, and the six
+// chart-range values, live there between calls (a read that finds no file
+// leaves the previous call's values in place).
 //
 // Drawing seam: QuoteLookup does not paint. When `draw` is true it computes
 // the range of the last bars (CalcChartRange, offset 0, 80 bars) and then
@@ -14,6 +15,7 @@
 // runs DrawPriceChart on its picture box pPic1 (rising colour red, falling
 // colour blue).
 
+#include "Readers.h"
 #include "StockBar.h"
 
 #include <QString>
@@ -34,12 +36,8 @@ struct ChartRange {
     float lowestAmount = 0;
 };
 
-struct QuoteState {
-    int16_t count = 0;
-    float minLow = 0;
-    float maxHigh = 0;
-    int32_t minLowDate = 0;
-    int32_t maxHighDate = 0;
+// The kept read (count and extremes) with the chart range and the bars.
+struct QuoteState : BarRead {
     ChartRange chart;
     // The bar array of the last call, reused (zeroed again) by the next one.
     std::shared_ptr<BarArray> bars;

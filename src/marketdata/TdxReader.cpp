@@ -10,6 +10,8 @@
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 
+#include <optional>
+
 namespace marketdata {
 
 namespace {
@@ -37,28 +39,26 @@ bool openReadable(BarFile &file, const QString &name)
 
 } // namespace
 
-void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-             int32_t &maxHighDate)
+std::optional<BarRead> ReadTdx(const BarRequest &request, BarArray &bars)
 {
-    if (period < 1 || period > 3)
-        return;
-    const TdxSecurity security = tdxSecurity(code);
+    if (request.period < 1 || request.period > 3)
+        return std::nullopt;
+    const TdxSecurity security = tdxSecurity(request.code);
     if (security.market.isEmpty())
-        return;
-    const QString name = dataDir + QStringLiteral("\\vipdoc\\") + security.market + QStringLiteral("\\lday\\")
+        return std::nullopt;
+    const QString name = request.dataDir + QStringLiteral("\\vipdoc\\") + security.market + QStringLiteral("\\lday\\")
         + security.market + security.stem + QStringLiteral(".day");
     BarFile file;
     if (!openReadable(file, name))
-        return;
+        return std::nullopt;
 
     // Whole records only; a count beyond 16 bits is the overflow error.
     const int16_t n = base::toInt16(static_cast<double>(file.size() / kRecordSize));
-    const int64_t from = fromDate == 0 ? 1 : fromDate;
-    const int64_t to = toDate == 0 ? 60000000 : toDate;
+    const int64_t from = request.fromDate == 0 ? 1 : request.fromDate;
+    const int64_t to = request.toDate == 0 ? 60000000 : request.toDate;
     const double divisor = security.priceDivisor;
 
-    DayBars days(bars, period);
+    DayBars days(bars, request.period);
     unsigned char scratch[kRecordSize];
     for (int i = 0; i < n; ++i) {
         const unsigned char *rec = file.at(static_cast<qint64>(i) * kRecordSize, scratch, kRecordSize);
@@ -75,7 +75,7 @@ void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_
         bar.Volume = static_cast<float>(leU32(rec + 24));
         days.add(bar);
     }
-    days.finish(count, minLow, maxHigh, minLowDate, maxHighDate);
+    return days.finish();
 }
 
 } // namespace marketdata

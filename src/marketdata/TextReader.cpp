@@ -9,6 +9,7 @@
 #include "base/Numbers.h"
 #include "base/RuntimeError.h"
 
+#include <optional>
 
 namespace marketdata {
 
@@ -121,24 +122,22 @@ StockBar textBar(const QStringList &fields, const QString &layout)
     return bar;
 }
 
-void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, int32_t /*fromDate*/,
-                  int32_t /*toDate*/, const QString &layout, BarArray &bars, int16_t &count, float &minLow,
-                  float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate)
+std::optional<BarRead> ReadTextBars(const BarRequest &request, const QString &layout, BarArray &bars)
 {
     BarFile file;
-    if (!file.open(dataDir + u'\\' + code + QStringLiteral(".txt")))
-        return;
+    if (!file.open(request.dataDir + u'\\' + request.code + QStringLiteral(".txt")))
+        return std::nullopt;
     QByteArray bytes(static_cast<qsizetype>(file.size()), Qt::Uninitialized);
     file.read(0, bytes.data(), bytes.size());
     const QString text = base::fromGbk(bytes);
 
-    DayBars days(bars, period);
+    DayBars days(bars, request.period);
     for (const QStringView line : splitTextLines(text)) {
         const StockBar bar = textBar(splitTextFields(line), layout);
         if (bar.Date != 0)
             days.add(bar);
     }
-    days.finish(count, minLow, maxHigh, minLowDate, maxHighDate);
+    return days.finish();
 }
 
 } // namespace marketdata
