@@ -3,6 +3,7 @@
 #include "platform/frmBefor.h"
 #include "accounts/frmLogin.h"
 #include "UserFolder.h"
+#include "base/TestHooks.h"
 #include "ui/Form.h"
 #include "ui/Language.h"
 #include "ui/MsgBox.h"
@@ -31,7 +32,7 @@ int main(int argc, char **argv)
     // Start-up timing: with TESSALY_REPORT_SHOWN=1 in the environment the
     // program prints "login-shown" once the login window has been painted for
     // the first time, so that the benchmark can time start-up from outside.
-    if (qEnvironmentVariableIntValue("TESSALY_REPORT_SHOWN") == 1)
+    if (base::testhooks::reportShown())
         ui::afterFirstPaint(&login, [] {
             std::fputs("login-shown\n", stdout);
             std::fflush(stdout);

@@ -1,4 +1,5 @@
 #include "ErrorGuard.h"
+#include "LogCategories.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -9,7 +10,7 @@ namespace {
 
 void defaultHandler(const RuntimeError &error)
 {
-    std::fprintf(stderr, "Tessaly: %s\n", qPrintable(fatalErrorText(error)));
+    qCCritical(lcErrors).noquote() << fatalErrorText(error);
     endProgram(1);
 }
 

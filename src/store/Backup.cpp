@@ -1,6 +1,7 @@
 #include "Backup.h"
 
 #include "Database.h"
+#include "LogCategories.h"
 #include "base/Paths.h"
 #include "base/RuntimeError.h"
 
@@ -12,7 +13,6 @@
 #include <sqlcipher/sqlite3.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <tuple>
 #include <utility>
 
@@ -176,9 +176,9 @@ void backupBeforeFirstWrite(sqlite3 *connection)
         copyDatabase(connection, target);
         pruneBackups(folder, kBackupsKept, QFileInfo(target).fileName());
     } catch (const base::RuntimeError &e) {
-        std::fprintf(stderr, "Tessaly: 数据库备份失败，本次运行没有备份 (%s)\n", qPrintable(e.description()));
+        qCWarning(lcBackup).noquote() << QStringLiteral("数据库备份失败，本次运行没有备份 (%1)").arg(e.description());
     } catch (const std::exception &e) {
-        std::fprintf(stderr, "Tessaly: 数据库备份失败，本次运行没有备份 (%s)\n", e.what());
+        qCWarning(lcBackup).noquote() << QStringLiteral("数据库备份失败，本次运行没有备份 (%1)").arg(QString::fromLocal8Bit(e.what()));
     }
 }
 

@@ -4,7 +4,8 @@
 // the same password - through the engine's online backup from the connection
 // that is about to write, into programFolder()\backup as
 // user2-YYYYMMDD-HHMMSS.mdb; only the newest kBackupsKept copies are kept.
-// A failing backup never stops the write: it is reported on stderr only.
+// A failing backup never stops the write: it is only reported, in the
+// logging category tessaly.backup (stderr).
 
 #include <QDateTime>
 #include <QString>

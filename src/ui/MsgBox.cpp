@@ -1,11 +1,13 @@
 #include "MsgBox.h"
 
+#include "LogCategories.h"
+
 #include "base/ErrorGuard.h"
+#include "base/LogCategories.h"
+#include "base/TestHooks.h"
 
 #include <QApplication>
 #include <QMessageBox>
-
-#include <cstdio>
 
 namespace ui {
 
@@ -27,8 +29,8 @@ void msgBox(const QString &text)
     }
     // Tests that drive the program as a child process read the texts from
     // stderr instead of answering a box.
-    if (qEnvironmentVariableIsSet("TESSALY_MESSAGES_TO_STDERR")) {
-        std::fprintf(stderr, "%s\n", qPrintable(text));
+    if (base::testhooks::messagesToStderr()) {
+        qCInfo(lcUi).noquote() << text;
         return;
     }
     showBox(QMessageBox::Information, text);
@@ -45,8 +47,8 @@ void installErrorBox()
         // The text always goes to stderr too, so that a test driving the
         // program as a child process can read it; such tests set
         // TESSALY_ERRORS_TO_STDERR to skip the box itself.
-        std::fprintf(stderr, "%s\n", qPrintable(base::fatalErrorText(e)));
-        if (QApplication::instance() && !qEnvironmentVariableIsSet("TESSALY_ERRORS_TO_STDERR"))
+        qCCritical(base::lcErrors).noquote() << base::fatalErrorText(e);
+        if (QApplication::instance() && !base::testhooks::errorsToStderr())
             showBox(QMessageBox::Critical, base::fatalErrorText(e));
         base::endProgram(1);
     });

@@ -6,6 +6,7 @@
 
 #include "analysis/windows/frmAnalysis.h"
 #include "base/Paths.h"
+#include "base/TestHooks.h"
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 #include "import/frmImport.h"
@@ -140,7 +141,7 @@ int main(int argc, char **argv)
     base::setProgramFolder(folder);
     ui::installErrorBox();
     // A message box would stop the walk; its text goes to stderr instead.
-    qputenv("TESSALY_MESSAGES_TO_STDERR", "1");
+    base::testhooks::setMessagesToStderr(true);
 
     Shooter s(outDir);
     {
@@ -192,7 +193,7 @@ int main(int argc, char **argv)
     }
     {
         // A message box of the program, with Qt's own button text.
-        qunsetenv("TESSALY_MESSAGES_TO_STDERR");
+        base::testhooks::setMessagesToStderr(false);
         QTimer::singleShot(300, [&s] {
             if (QWidget *box = QApplication::activeModalWidget()) {
                 s.shot(box, QStringLiteral("msgbox"));
@@ -200,7 +201,7 @@ int main(int argc, char **argv)
             }
         });
         ui::msgBox(QStringLiteral("用户名或密码错误！"));
-        qputenv("TESSALY_MESSAGES_TO_STDERR", "1");
+        base::testhooks::setMessagesToStderr(true);
     }
     shotUserWindow<frmShell>(s, &main, QStringLiteral("sell"));
     shotUserWindow<frmMoneyIn>(s, &main, QStringLiteral("deposit"));
