@@ -6,6 +6,8 @@
 
 namespace base {
 
+Q_LOGGING_CATEGORY(lcErrors, "tessaly.errors")
+
 namespace {
 
 void defaultHandler(const RuntimeError &error)

@@ -1,17 +1,14 @@
 #pragma once
-// The logging category of the base library. Its messages go to stderr with
-// Qt's default message handler ("tessaly.errors: ..."); QT_LOGGING_RULES can
-// silence them.
+// Each library declares its logging categories in its LogCategories.h and
+// defines each in the file that writes to it. The messages go to stderr
+// through Qt's default handler ("tessaly.errors: ..."); QT_LOGGING_RULES
+// can silence them.
 
 #include <QLoggingCategory>
 
 namespace base {
 
-// The report of a runtime error that ends the program.
-inline const QLoggingCategory &lcErrors()
-{
-    static const QLoggingCategory category("tessaly.errors");
-    return category;
-}
+// tessaly.errors: the report of a runtime error that ends the program.
+Q_DECLARE_LOGGING_CATEGORY(lcErrors)
 
 } // namespace base

@@ -18,6 +18,8 @@
 
 namespace store {
 
+Q_LOGGING_CATEGORY(lcBackup, "tessaly.backup")
+
 namespace {
 
 bool g_attempted = false; // this process has made (or tried) its backup

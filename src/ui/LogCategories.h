@@ -1,15 +1,7 @@
 #pragma once
-// The logging category of the ui library (see base/LogCategories.h).
-
 #include <QLoggingCategory>
 
 namespace ui {
-
-// Message-box texts written to stderr instead of being shown.
-inline const QLoggingCategory &lcUi()
-{
-    static const QLoggingCategory category("tessaly.ui");
-    return category;
-}
-
+// tessaly.ui: message-box texts written to stderr instead of being shown.
+Q_DECLARE_LOGGING_CATEGORY(lcUi)
 } // namespace ui

@@ -11,6 +11,8 @@
 
 namespace ui {
 
+Q_LOGGING_CATEGORY(lcUi, "tessaly.ui")
+
 namespace {
 QStringList *g_recorder = nullptr;
 
