@@ -4,6 +4,7 @@
 #include "marketdata/MarketSettings.h"
 #include "marketdata/QuoteLookup.h"
 
+#include <optional>
 #include <set>
 
 namespace analysis {
@@ -14,20 +15,21 @@ PriceHistory readPrices(const Journal &journal, const QString &dataDir, const QS
     for (const TradeRow &t : journal.trades)
         codes.insert(t.code);
     PriceHistory out;
-    marketdata::QuoteState state;
+    marketdata::BarArray bars;
     for (const QString &code : codes) {
-        // The count of a failed read would stay from the code before.
-        state.count = 0;
-        float close = 0;
+        bars.clear();
+        std::optional<marketdata::BarRead> read;
         try {
-            marketdata::QuoteLookup(dataDir, source, code, false, close, state);
+            read = marketdata::readDailyBars(dataDir, source, code, bars);
         } catch (const base::RuntimeError &) {
             continue;
         }
+        if (!read)
+            continue;
         std::vector<ClosePoint> closes;
-        closes.reserve(size_t(std::max<int16_t>(state.count, 0)));
-        for (int i = 1; i <= state.count; ++i) {
-            const marketdata::StockBar &bar = (*state.bars)[i];
+        closes.reserve(size_t(std::max<int16_t>(read->count, 0)));
+        for (int i = 1; i <= read->count; ++i) {
+            const marketdata::StockBar &bar = bars[i];
             // Bars out of date order (a damaged file) are not used.
             if (bar.Close > 0 && (closes.empty() || bar.Date > closes.back().date))
                 closes.push_back({bar.Date, bar.Close});

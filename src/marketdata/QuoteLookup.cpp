@@ -39,18 +39,9 @@ QString quoteSourceFor(int16_t dataFormat)
     return dataFormat == kTdxSource ? QStringLiteral("7") : QStringLiteral("0");
 }
 
-void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
-                 QuoteState &state, const DrawChart &drawChart)
+std::optional<BarRead> readDailyBars(const QString &dataDir, const QString &source, const QString &code,
+                                     BarArray &bars)
 {
-    // A zeroed array of 20000 bars; the one of the previous call is cleared
-    // rather than allocated again.
-    if (!state.bars)
-        state.bars = std::make_shared<BarArray>();
-    else
-        state.bars->clear();
-    const std::shared_ptr<BarArray> bars = state.bars;
-    const QString stock = trimBlanks(code).toUpper();
-
     using Reader = std::optional<BarRead> (*)(const BarRequest &, BarArray &);
     static const struct {
         const char *source;
@@ -64,14 +55,25 @@ void QuoteLookup(const QString &dataDir, const QString &source, const QString &c
     for (const auto &row : table) {
         if (source != QLatin1String(row.source))
             continue;
-        const BarRequest daily{dataDir, stock, 1, 0, 0};
-        const std::optional<BarRead> read = row.reader
-            ? row.reader(daily, *bars)
-            : ReadTextBars(daily, QString::fromLatin1(row.layout), *bars);
-        if (read) // a read that finds no file keeps the previous one's values
-            static_cast<BarRead &>(state) = *read;
-        break;
+        const BarRequest daily{dataDir, trimBlanks(code).toUpper(), 1, 0, 0};
+        return row.reader ? row.reader(daily, bars) : ReadTextBars(daily, QString::fromLatin1(row.layout), bars);
     }
+    return std::nullopt;
+}
+
+void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
+                 QuoteState &state, const DrawChart &drawChart)
+{
+    // A zeroed array of 20000 bars; the one of the previous call is cleared
+    // rather than allocated again.
+    if (!state.bars)
+        state.bars = std::make_shared<BarArray>();
+    else
+        state.bars->clear();
+    const std::shared_ptr<BarArray> bars = state.bars;
+    // A read that finds no file keeps the previous one's count and extremes.
+    if (const std::optional<BarRead> read = readDailyBars(dataDir, source, code, *bars))
+        static_cast<BarRead &>(state) = *read;
 
     if (draw) {
         CalcChartRange(*bars, state.count, 0, 80, state.chart);

@@ -23,6 +23,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace marketdata {
 
@@ -50,6 +51,12 @@ using DrawChart = std::function<void(const BarArray &bars, int16_t count, float 
 // upper-cased. lastClose is written only when the count is not 0.
 void QuoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose,
                  QuoteState &state, const DrawChart &drawChart = {});
+
+// The daily bars of `code` (trimmed of blanks and upper-cased) through the
+// reader the source text names, as QuoteLookup reads them; nothing when the
+// text names no reader or the reader finds no file.
+std::optional<BarRead> readDailyBars(const QString &dataDir, const QString &source, const QString &code,
+                                     BarArray &bars);
 
 // The index of the 通达信 files in the settings' source list.
 constexpr int16_t kTdxSource = 7;
