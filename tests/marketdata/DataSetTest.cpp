@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -195,4 +196,39 @@ TEST_F(DataSetTest, DamagedFilesAreReadStepByStep)
     }
     EXPECT_EQ(dateSetFileBytes(-1, QStringLiteral("z")), QByteArray("-1 \r\nz\r\n"));
     EXPECT_EQ(dateSetFileBytes(12, QString()), QByteArray(" 12 \r\n\r\n"));
+}
+
+TEST_F(DataSetTest, DriveAndDirectoryListsChooseTheFolder)
+{
+    // A Wine prefix whose drive c: is a folder of the test and whose d: points nowhere.
+    makeDir(QStringLiteral("c/ml30/DATA/SHASE"));
+    makeDir(QStringLiteral("c/ml30/DATA/SZNSE"));
+    const QString devices = makeDir(QStringLiteral("prefix/dosdevices"));
+    ASSERT_TRUE(QFile::link(folder.file(QStringLiteral("c")), devices + QStringLiteral("/c:")));
+    ASSERT_TRUE(QFile::link(folder.file(QStringLiteral("gone")), devices + QStringLiteral("/d:")));
+    const QByteArray previousPrefix = qgetenv("WINEPREFIX");
+    qputenv("WINEPREFIX", folder.file(QStringLiteral("prefix")).toLocal8Bit());
+    DataSet w;
+    w.show();
+    auto *drives = child<QComboBox>(w, "Drive1");
+    auto *dirs = child<QListWidget>(w, "Dir1");
+    EXPECT_EQ(drives->count(), 3);
+    const auto openDir = [&](const QString &name) {
+        const QList<QListWidgetItem *> items = dirs->findItems(name, Qt::MatchExactly);
+        ASSERT_EQ(items.size(), 1) << name.toStdString();
+        QTest::mouseClick(dirs->viewport(), Qt::LeftButton, {}, dirs->visualItemRect(items[0]).center());
+        QTest::keyClick(dirs, Qt::Key_Return);
+    };
+    QTest::keyClick(drives, Qt::Key_Down); // c:
+    EXPECT_EQ(texts(w), (QStringList{"c:\\", "c:\\\\DATA\\SHASE", "c:\\\\DATA\\SZNSE"}));
+    openDir(QStringLiteral("ml30"));
+    openDir(QStringLiteral("DATA"));
+    openDir(QStringLiteral(".."));
+    EXPECT_EQ(texts(w), (QStringList{"c:\\ml30", "c:\\ml30\\DATA\\SHASE", "c:\\ml30\\DATA\\SZNSE"}));
+    QTest::keyClick(drives, Qt::Key_Down); // d: is not ready: the folder stays
+    EXPECT_EQ(text(w, "Text1")->text(), "c:\\ml30");
+    QTest::mouseClick(child<QPushButton>(w, "Command1"), Qt::LeftButton);
+    EXPECT_TRUE(messages.isEmpty()) << messages.join(u'|').toStdString();
+    EXPECT_EQ(::fileBytes(dateset()), QByteArray(" 0 \r\nc:\\ml30\r\n"));
+    qputenv("WINEPREFIX", previousPrefix);
 }

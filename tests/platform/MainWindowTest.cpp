@@ -1,11 +1,17 @@
 #include "Journal.h"
+#include "support/Helpers.h"
 #include "support/TestFolder.h"
+#include "support/Typing.h"
 #include "platform/frmBefor.h"
 #include "marketdata/MarketSettings.h"
 #include "platform/PictureBox.h"
+#include "reports/frmCha.h"
 #include "ui/FlexGrid.h"
+#include "ui/MsgBox.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -14,29 +20,59 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QToolBar>
 #include <gtest/gtest.h>
 
 namespace {
 
+// Runs `action`, which opens a modal window; `inside` acts on that window
+// while it is open, then it is closed. Returns its class and caption.
+QString modalOpenedBy(const std::function<void()> &action, const std::function<void(QWidget &)> &inside = {})
+{
+    QString seen;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        if (QWidget *m = QApplication::activeModalWidget()) {
+            poll.stop();
+            seen = QString::fromLatin1(m->metaObject()->className()) + u' ' + m->windowTitle();
+            if (inside)
+                inside(*m);
+            m->close();
+        }
+    });
+    poll.start(0);
+    action();
+    return seen;
+}
+
 class MainWindowTest : public ::testing::Test {
 protected:
+    void SetUp() override { ui::setMsgBoxRecorder(&messages); }
+    void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
+
     TestFolder folder;
+    QStringList messages;
     std::unique_ptr<frmBefor> w;
+    std::unique_ptr<QAbstractItemModelTester> tester;
 
     void open()
     {
         w = std::make_unique<frmBefor>();
+        tester = std::make_unique<QAbstractItemModelTester>(grid()->model(),
+                                                            QAbstractItemModelTester::FailureReportingMode::Fatal);
         w->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
         w->load();
     }
     ui::FlexGrid *grid() { return w->findChild<ui::FlexGrid *>(QStringLiteral("MSFlexGrid1")); }
     QString text(const char *name) { return w->findChild<QLineEdit *>(QString::fromLatin1(name))->text(); }
+    // Clicks the toolbar button of the caption.
     void toolbar(const QString &caption)
     {
-        for (QAction *a : w->findChild<QToolBar *>(QStringLiteral("Toolbar1"))->actions())
+        auto *bar = w->findChild<QToolBar *>(QStringLiteral("Toolbar1"));
+        for (QAction *a : bar->actions())
             if (a->text() == caption)
-                a->trigger();
+                QTest::mouseClick(bar->widgetForAction(a), Qt::LeftButton);
     }
     QMenu *editMenu() { return w->findChild<QMenu *>(QStringLiteral("mnuEdit")); }
     void rightClickRow(int row)
@@ -174,4 +210,58 @@ TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
     grid()->setRow(0);
     EXPECT_EXIT(w->findChild<QAction *>(QStringLiteral("mnuDel"))->trigger(), ::testing::ExitedWithCode(1),
                 "运行时错误 '3021'");
+}
+
+TEST_F(MainWindowTest, ButtonsToolbarAndDoubleClickOpenTheirWindowsForTheUser)
+{
+    {
+        store::Database db = store::openUserDatabase();
+        addTrade(db, {"600000", kBuy, 10, 100, 0});
+    }
+    open();
+    w->show();
+    const auto click = [this](const char *name) {
+        return [this, name] { QTest::mouseClick(child<QPushButton>(*w, name), Qt::LeftButton); };
+    };
+    const std::pair<std::function<void()>, QString> cases[] = {
+        {click("Command1"), "frmBuy ALICE  买入"},
+        {click("Command2"), "frmShell ALICE  卖出"},
+        {click("Command3"), "frmMoneyIn ALICE  存入资金"},
+        {click("Command4"), "frmMoneyOut ALICE  提取资金"},
+        {[this] { toolbar(QStringLiteral("设置")); }, "frmDataEnv 设置"},
+        {[this] { toolbar(QStringLiteral("交易明细")); }, "frmJyrec ALICE  交易明细"},
+        {[this] { toolbar(QStringLiteral("资金记录")); }, "frmZjin ALICE  资金记录"},
+        {[this] { toolbar(QStringLiteral("赢亏记录")); }, "frmYkui ALICE  盈亏记录"},
+    };
+    for (const auto &[action, window] : cases)
+        EXPECT_EQ(modalOpenedBy(action), window);
+
+    // A double click on a holding opens that stock's records.
+    QString code;
+    const QPoint row1 = grid()->visualRect(grid()->model()->index(1, 1)).center();
+    EXPECT_EQ(modalOpenedBy([&] { QTest::mouseDClick(grid()->viewport(), Qt::LeftButton, {}, row1); },
+                            [&](QWidget &m) { code = static_cast<frmCha &>(m).grid()->textMatrix(1, 1); }),
+              "frmCha ALICE  个股详细记录");
+    EXPECT_EQ(code, "600000");
+    EXPECT_TRUE(messages.isEmpty()) << messages.join(u'|').toStdString();
+}
+
+TEST_F(MainWindowTest, ATradeStoredInTheBuyWindowShowsAtOnceInTheRawRecords)
+{
+    open();
+    w->show();
+    int rowsWhileOpen = 0;
+    modalOpenedBy([this] { QTest::mouseClick(child<QPushButton>(*w, "Command1"), Qt::LeftButton); },
+                  [&](QWidget &buy) {
+                      typeText(child<QLineEdit>(buy, "Text2"), QStringLiteral("600036"));
+                      typeText(child<QLineEdit>(buy, "Text4"), QStringLiteral("12.5"));
+                      typeText(child<QLineEdit>(buy, "Text5"), QStringLiteral("300"));
+                      QTest::mouseClick(child<QPushButton>(buy, "Command2"), Qt::LeftButton);
+                      rowsWhileOpen = grid()->rows();
+                  });
+    EXPECT_TRUE(w->rawMode());
+    EXPECT_EQ(rowsWhileOpen, 2);
+    EXPECT_EQ(grid()->textMatrix(1, 2), "600036");
+    const QList<QVariantList> stored = testjournal::rowsOf(QStringLiteral("select 股票代码, 成交价格, 成交股数 from havewhat"));
+    EXPECT_EQ(stored, (QList<QVariantList>{{QStringLiteral("600036"), 12.5, 300.0}}));
 }

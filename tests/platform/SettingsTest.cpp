@@ -1,7 +1,10 @@
 #include "support/TestFolder.h"
+#include "support/Typing.h"
 #include "base/Numbers.h"
+#include "platform/frmBefor.h"
 #include "platform/frmDataEnv.h"
 #include "store/Database.h"
+#include "store/FeeRates.h"
 #include "store/Schema.h"
 #include "ui/FlexGrid.h"
 
@@ -45,23 +48,36 @@ TEST(FeeSettings, LoadListsOrdinaryTablesAndShowsTheFeeRow)
     EXPECT_EQ(tables, (QStringList{"havewhat", "user", "税率表", "资金表"}));
 }
 
-TEST(FeeSettings, SaveWritesEveryBoxAndTheConsoleStaysInert)
+TEST(FeeSettings, EachBoxIsSavedToItsColumnAndTheMainWindowLoadsThemInOrder)
 {
     TestFolder folder;
-    frmDataEnv w;
-    w.load();
-    box(w, 0)->setText(QStringLiteral("0.3"));
-    box(w, 3)->setText(QStringLiteral(" 12.5 "));
-    w.findChild<QPushButton *>(QStringLiteral("Command1"))->click();
-    EXPECT_FLOAT_EQ(feeColumn(1).toFloat(), 0.3f);
-    EXPECT_FLOAT_EQ(feeColumn(4).toFloat(), 12.5f);
+    {
+        frmDataEnv w;
+        w.show();
+        for (int i = 0; i < 6; ++i) {
+            box(w, i)->selectAll();
+            typeText(box(w, i), i == 3 ? QStringLiteral(" 4.25 ") : QStringLiteral("%1.25").arg(i + 1));
+        }
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("Command1")), Qt::LeftButton);
+        for (int c = 1; c <= 6; ++c)
+            EXPECT_FLOAT_EQ(feeColumn(c).toFloat(), c + 0.25f) << c;
 
-    w.findChild<QLineEdit *>(QStringLiteral("Text10"))->setText(QStringLiteral("select * from user"));
-    w.findChild<QPushButton *>(QStringLiteral("Command2"))->click();
-    auto *grid = w.findChild<ui::FlexGrid *>(QStringLiteral("MSHFlexGrid1"));
-    for (int r = 0; r < grid->rows(); ++r)
-        for (int c = 0; c < grid->cols(); ++c)
-            EXPECT_EQ(grid->textMatrix(r, c), "");
+        // The console runs nothing.
+        typeText(w.findChild<QLineEdit *>(QStringLiteral("Text10")), QStringLiteral("select * from user"));
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("Command2")), Qt::LeftButton);
+        auto *grid = w.findChild<ui::FlexGrid *>(QStringLiteral("MSHFlexGrid1"));
+        for (int r = 0; r < grid->rows(); ++r)
+            for (int c = 0; c < grid->cols(); ++c)
+                EXPECT_EQ(grid->textMatrix(r, c), "");
+    }
+    // The main window's load copies column n into fee value n.
+    for (int c = 1; c <= 6; ++c)
+        store::setFeeValue(c, -1);
+    frmBefor main;
+    main.GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
+    main.load();
+    for (int c = 1; c <= 6; ++c)
+        EXPECT_EQ(store::feeValue(c), c + 0.25f) << c;
 }
 
 TEST(FeeSettings, EnterMovesToTheNextBoxWithItsTextSelected)

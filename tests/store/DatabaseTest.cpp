@@ -204,3 +204,40 @@ TEST(OpenDatabase, EveryHandleKeepsARollbackJournalAndSyncsTheFolderAtCommit)
         EXPECT_EQ(scalar(db, QStringLiteral("pragma synchronous")).toInt(), 3) << readOnly; // EXTRA
     }
 }
+
+TEST(OpenDatabase, BatchesStoreTheirWritesAtTheEndAndAFailedTransactionNone)
+{
+    TestFolder folder;
+    Database db = openUserDatabase();
+    Database other = openUserDatabase();
+    const auto users = [&] { return scalar(other, QStringLiteral("select count(*) from user")).toInt(); };
+    const auto add = [&](const char *name) {
+        db.execute(QStringLiteral("insert into user (username, password, power) values (?, 'pw', 'user')"),
+                   {QString::fromLatin1(name)});
+    };
+    {
+        const ReadBatch batch(db);
+        add("A");
+        EXPECT_EQ(users(), 1); // not stored before the batch ends
+    }
+    EXPECT_EQ(users(), 2);
+
+    // A transaction left by an error stores nothing, a batch inside it included.
+    const QByteArray before = fileBytes(folder.databasePath());
+    EXPECT_EQ(errorOf([&] {
+                  Transaction t(db);
+                  const ReadBatch inner(db);
+                  add("B");
+                  db.execute(QStringLiteral("insert into nothing values (1)"));
+                  t.commit();
+              }),
+              ErrNoSuchTable);
+    EXPECT_EQ(users(), 2);
+    EXPECT_EQ(fileBytes(folder.databasePath()), before);
+    {
+        Transaction t(db);
+        add("C");
+        t.commit();
+    }
+    EXPECT_EQ(users(), 3);
+}

@@ -2,6 +2,7 @@
 #include "ui/Form.h"
 #include "ui/MsgBox.h"
 
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -12,9 +13,17 @@
 
 using ui::FlexGrid;
 
+namespace {
+// A grid whose model is checked by Qt's model tester after every change; a
+// broken notice or index ends the test run.
+struct CheckedGrid : FlexGrid {
+    QAbstractItemModelTester tester{model(), QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+} // namespace
+
 TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
 {
-    FlexGrid g;
+    CheckedGrid g;
     g.setCols(3);
     g.setRows(3);
     g.setTextMatrix(0, 1, "代码");
@@ -40,7 +49,7 @@ TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
 
 TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
 {
-    FlexGrid g;
+    CheckedGrid g;
     g.setCols(4);
     g.setRows(1);
     g.addItem("");
@@ -70,7 +79,7 @@ TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
 
 TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
 {
-    FlexGrid g;
+    CheckedGrid g;
     g.setCols(3);
     g.setRows(5);
     g.resize(300, 300);
@@ -103,20 +112,9 @@ TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
     }
 }
 
-TEST(FlexGrid, FiftyThousandRowsFillAndRead)
+TEST(FlexGrid, BulkFillReportsTheChangedCellsAndSelectsTheCurrentRowAtTheEnd)
 {
-    FlexGrid g;
-    g.setCols(9);
-    g.setRows(50001);
-    for (int r = 1; r <= 50000; ++r)
-        g.setTextMatrix(r, 1, QString::number(r));
-    EXPECT_EQ(g.textMatrix(50000, 1), "50000");
-    EXPECT_EQ(g.model()->rowCount(), 50001);
-}
-
-TEST(FlexGrid, BulkFillSendsOneNoticeAndSelectsTheCurrentRowAtTheEnd)
-{
-    FlexGrid g;
+    CheckedGrid g;
     g.setCols(4);
     g.setRows(6);
     QSignalSpy changed(g.model(), &QAbstractItemModel::dataChanged);
@@ -133,13 +131,11 @@ TEST(FlexGrid, BulkFillSendsOneNoticeAndSelectsTheCurrentRowAtTheEnd)
             g.setCellForeColor(Qt::red);
         }
         g.setTextMatrix(2, 1, "");
-        EXPECT_EQ(changed.count(), 0);
-        EXPECT_EQ(header.count(), 0);
-        EXPECT_EQ(g.row(), 3);
+        EXPECT_EQ(changed.count() + header.count(), 0);
         EXPECT_FALSE(g.selectionModel()->isRowSelected(3, {}));
-        // The cells hold their texts at once.
-        EXPECT_EQ(g.textMatrix(4, 1), longText);
+        EXPECT_EQ(g.textMatrix(4, 1), longText); // the cells hold their texts at once
     }
+    // The end names every changed cell, so that a view repaints them.
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed.at(0).at(0).value<QModelIndex>(), g.model()->index(0, 1));
     EXPECT_EQ(changed.at(0).at(1).value<QModelIndex>(), g.model()->index(4, 3));
@@ -147,13 +143,9 @@ TEST(FlexGrid, BulkFillSendsOneNoticeAndSelectsTheCurrentRowAtTheEnd)
     EXPECT_EQ(header.at(0).at(1).toInt(), 2);
     EXPECT_TRUE(g.selectionModel()->isRowSelected(3, {}));
     EXPECT_EQ(g.cellForeColor(3, 3), QColor(Qt::red));
-    EXPECT_EQ(g.textMatrix(0, 2), "代码");
-    EXPECT_EQ(g.textMatrix(2, 1), "");
 
-    // Outside a bulk fill every change is reported on its own; short and
-    // long texts survive the growth of their row and a clear.
+    // Short and long texts survive the growth of their row and a clear.
     g.setTextMatrix(1, 1, "600000");
-    EXPECT_EQ(changed.count(), 2);
     g.setCols(9);
     g.setTextMatrix(1, 8, longText + longText);
     EXPECT_EQ(g.textMatrix(1, 1), "600000");
