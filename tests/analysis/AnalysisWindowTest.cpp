@@ -3,22 +3,12 @@
 #include "analysis/CorporateActions.h"
 #include "analysis/windows/ValueChart.h"
 #include "analysis/windows/frmAnalysis.h"
-#include "store/Database.h"
 #include "support/Helpers.h"
-#include "support/TestFolder.h"
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
-#include <QTest>
-#include <QTimer>
-#include <gtest/gtest.h>
 
 using namespace analysis;
 
@@ -52,7 +42,6 @@ void whenModal(std::function<void(QWidget *)> step)
         step(w);
     });
 }
-
 
 } // namespace
 

@@ -1,9 +1,6 @@
 #include "analysis/CorporateActions.h"
 
-#include "store/Database.h"
-#include "support/TestFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace analysis;
 

@@ -10,13 +10,9 @@
 #include "reports/frmJyrec.h"
 #include "reports/frmYkui.h"
 #include "reports/frmZjin.h"
-#include "store/Database.h"
+#include "support/Helpers.h"
 #include "store/FeeRates.h"
-#include "support/TestFolder.h"
 #include "ui/FlexGrid.h"
-
-#include <QProcess>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "analysis/Money.h"
 #include "analysis/Portfolio.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace analysis;
 

@@ -1,28 +1,21 @@
 // An account added in user management, reached from the login window's
 // "管理", logs in through the same login window.
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 #include "store/Schema.h"
 #include "accounts/frmLogin.h"
 #include "ui/MsgBox.h"
 
-#include <QApplication>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTimer>
-#include <gtest/gtest.h>
-
 namespace {
 
 void setText(QWidget *w, const char *name, const QString &text)
 {
-    w->findChild<QLineEdit *>(QLatin1String(name))->setText(text);
+    retype(w->findChild<QLineEdit *>(QLatin1String(name)), text);
 }
 
 void press(QWidget *w, const char *name)
 {
-    w->findChild<QPushButton *>(QLatin1String(name))->click();
+    QTest::mouseClick(w->findChild<QPushButton *>(QLatin1String(name)), Qt::LeftButton);
 }
 
 } // namespace
@@ -38,19 +31,15 @@ TEST(AccountRoundTrip, AnAccountAddedInUserManagementLogsIn)
 
     setText(&login, "txtUserName", store::kAdminName);
     setText(&login, "txtPassword", store::kAdminPassword);
-    QString managerCaption;
-    QTimer::singleShot(0, [&] {
-        QWidget *manager = QApplication::activeModalWidget();
-        ASSERT_NE(manager, nullptr);
-        managerCaption = manager->windowTitle();
-        setText(manager, "Text1", QStringLiteral(" Zhang "));
-        setText(manager, "Text2", QStringLiteral("pass 1"));
-        setText(manager, "Text3", QStringLiteral("pass 1"));
-        press(manager, "Command1"); // 增加
-        press(manager, "Command3"); // 取消
-    });
-    press(&login, "Command1"); // 管理: user management, modal
-    EXPECT_EQ(managerCaption, "用户管理--Tessaly");
+    // 管理 opens user management, where 增加 adds the account.
+    EXPECT_EQ(modalOpenedBy([&] { press(&login, "Command1"); },
+                            [](QWidget &manager) {
+                                setText(&manager, "Text1", QStringLiteral(" Zhang "));
+                                setText(&manager, "Text2", QStringLiteral("pass 1"));
+                                setText(&manager, "Text3", QStringLiteral("pass 1"));
+                                press(&manager, "Command1");
+                            }),
+              "frmGuanli 用户管理--Tessaly");
     EXPECT_TRUE(messages.isEmpty());
     ASSERT_TRUE(login.isVisible()) << "the login window stays for the login";
 

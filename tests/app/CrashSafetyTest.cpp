@@ -4,25 +4,18 @@
 // the file passes the engine's integrity check, every store that had returned
 // is there, no row is partial, and the program starts again.
 #include "support/PowerLossVfs.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 #include "platform/frmBefor.h"
 #include "store/Backup.h"
-#include "store/Database.h"
 #include "store/Schema.h"
 #include "accounts/frmLogin.h"
 
-#include <QDir>
-#include <QLineEdit>
 #include <QMap>
-#include <QProcess>
-#include <QPushButton>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
-#include <QSignalSpy>
 #include <QThread>
-#include <gtest/gtest.h>
 
 #ifndef CRASH_WRITER
 #error "CRASH_WRITER must name the writer executable"

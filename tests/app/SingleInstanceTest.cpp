@@ -2,13 +2,7 @@
 // exactly one keeps running, the other says "已经运行！" and ends.
 #include "store/Schema.h"
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-
-#include <memory>
+#include "support/Helpers.h"
 
 #ifndef TESSALY_EXE
 #error "TESSALY_EXE must name the program"

@@ -2,14 +2,7 @@
 // beside it: each user's data folder is made and filled from the templates;
 // a folder that cannot be made or a damaged template ends the program with a
 // message naming the folder.
-#include <QDir>
-#include <QProcess>
-#include <QTemporaryDir>
 #include "support/Helpers.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 

@@ -2,16 +2,11 @@
 #include "base/RuntimeError.h"
 #include "support/Helpers.h"
 
-#include <QDate>
-#include <QDateTime>
 #include <QLocale>
-#include <gtest/gtest.h>
 
 #include <cmath>
-#include <utility>
 
 using namespace base;
-
 
 TEST(LeadingNumber, TakesTheLongestLeadingDecimalAndIgnoresBlanks)
 {

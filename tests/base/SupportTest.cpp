@@ -3,10 +3,7 @@
 #include "base/Gbk.h"
 #include "base/Paths.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace base;
 

@@ -4,27 +4,12 @@
 // read stored rows and to fill and confirm a window.
 
 #include "support/Helpers.h"
-#include "support/Journal.h"
-#include "support/TestFolder.h"
 
 #include "marketdata/StockList.h"
-#include "store/Database.h"
 #include "store/FeeRates.h"
 #include "ui/MsgBox.h"
 
 #include <QDateEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QVariant>
-#include <QTest>
-#include <QWidget>
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <ostream>
-
 
 namespace entrytest {
 
@@ -43,7 +28,7 @@ inline QLineEdit *box(QWidget &w, int n) { return w.findChild<QLineEdit *>(QStri
 inline void confirmWith(QWidget &w, const QStringList &texts)
 {
     for (int i = 0; i < texts.size(); ++i)
-        box(w, i + 2)->setText(texts[i]);
+        retype(box(w, i + 2), texts[i]);
     QTest::mouseClick(child<QPushButton>(w, "Command2"), Qt::LeftButton);
 }
 

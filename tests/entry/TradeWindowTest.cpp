@@ -5,7 +5,7 @@
 #include "entry/CashWindow.h"
 #include "entry/TradeWindow.h"
 
-#include <QSignalSpy>
+#include "support/Helpers.h"
 
 using namespace entrytest;
 

@@ -4,17 +4,10 @@
 // statement files of tests/data/import.
 
 #include "support/Helpers.h"
-#include "support/Journal.h"
-#include "support/TestFolder.h"
 
 #include "import/ImportStore.h"
 #include "store/FeeRates.h"
 #include "ui/MsgBox.h"
-
-#include <gtest/gtest.h>
-
-#include <ostream>
-
 
 namespace importtest {
 

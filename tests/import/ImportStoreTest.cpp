@@ -7,10 +7,7 @@
 #include "reports/frmJyrec.h"
 #include "ui/FlexGrid.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
+#include "support/Helpers.h"
 
 using namespace importer;
 using namespace importtest;

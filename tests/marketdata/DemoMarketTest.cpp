@@ -7,9 +7,7 @@
 #include "marketdata/MarketSettings.h"
 #include "marketdata/QuoteLookup.h"
 #include "marketdata/StockList.h"
-#include "support/TestFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace marketdata;
 

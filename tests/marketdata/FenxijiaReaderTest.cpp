@@ -2,7 +2,7 @@
 
 #include "MarketTestUtil.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace mdtest;
 

@@ -5,18 +5,7 @@
 #include "support/Helpers.h"
 #include "marketdata/Readers.h"
 
-#include <QByteArray>
-#include <QDate>
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
 #include <QtEndian>
-
-#include <cstdint>
-
-#include <vector>
 
 namespace mdtest {
 

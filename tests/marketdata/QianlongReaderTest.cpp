@@ -5,7 +5,7 @@
 
 #include "marketdata/MarketSettings.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 #include <sys/stat.h>
 
@@ -89,36 +89,6 @@ TEST(QianlongReader, RealRecordsOfShenzhenComposite)
     EXPECT_FLOAT_EQ(bars[1].Open, 67.41f);
     EXPECT_FLOAT_EQ(bars[2].Close, 66.4f);
     EXPECT_EQ(std::make_pair(r.maxHighDate, r.minLowDate), std::make_pair(19910102, 19910103));
-}
-
-TEST(QianlongReader, RealBarsReencodedInBothLayoutsComeBackUnchanged)
-{
-    // 32-byte records of another package: date, open/high/low/close x100,
-    // float amount, volume, reserved.
-    const QByteArray src = realFile("sz300425.tdx.day");
-    ASSERT_EQ(src.size(), 175 * 32);
-    std::vector<StockBar> expected;
-    QByteArray ql, sl;
-    for (int i = 0; i < 175; ++i) {
-        const char *p = src.constData() + 32 * i;
-        auto i32 = [&](int at) { return qFromLittleEndian<int32_t>(p + at); };
-        auto price = [&](int at) { return static_cast<float>(i32(at) * 10 / 1000.0); };
-        const int32_t amount = static_cast<int32_t>(qFromLittleEndian<float>(p + 20));
-        // x100 -> x1000
-        ql += rec40(i32(0), i32(4) * 10, i32(8) * 10, i32(12) * 10, i32(16) * 10, amount, i32(24));
-        sl += rec40(i32(0), i32(4) * 10, i32(16) * 10, i32(8) * 10, i32(12) * 10, amount, i32(24));
-        expected.push_back({i32(0), price(4), price(16), price(8), price(12), float(i32(24)), float(amount)});
-    }
-    ASSERT_EQ(expected.front().Date / 10000, 2015); // a sanity check of the source layout
-    DataFolder d; // 30.. codes are no market here: stored under a code the readers accept
-    d.write(QStringLiteral("data/sznse/day/002425.day"), ql);
-    d.write(QStringLiteral("data/sz/day/002425.day"), sl);
-    for (ReaderFn fn : {ReaderFn(ReadQianlong), ReaderFn(ReadShenglong)}) {
-        BarArray bars;
-        ASSERT_EQ(readBars(fn, d.path(), QStringLiteral("002425"), 1, bars).count, 175);
-        for (int i = 0; i < 175; ++i)
-            ASSERT_EQ(bars[i + 1], expected[size_t(i)]) << "bar " << i + 1;
-    }
 }
 
 TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)

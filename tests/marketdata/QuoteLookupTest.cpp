@@ -5,7 +5,7 @@
 
 #include "marketdata/QuoteLookup.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace mdtest;
 

@@ -3,10 +3,6 @@
 #include "base/Gbk.h"
 #include "marketdata/StockList.h"
 #include "support/Helpers.h"
-#include "support/TestFolder.h"
-
-#include <QFile>
-#include <gtest/gtest.h>
 
 using namespace marketdata;
 

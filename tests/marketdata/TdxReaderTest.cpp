@@ -3,7 +3,7 @@
 
 #include "MarketTestUtil.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>

@@ -6,7 +6,7 @@
 #include "base/Gbk.h"
 #include "marketdata/TextFields.h"
 
-#include <gtest/gtest.h>
+#include "support/Helpers.h"
 
 using namespace mdtest;
 

@@ -1,9 +1,8 @@
 #include "Journal.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 #include "platform/Holdings.h"
 
 #include <QHash>
-#include <gtest/gtest.h>
 
 using platform::Holdings;
 using platform::HoldList;
@@ -48,14 +47,8 @@ TEST_F(HoldingsTest, TwoBuysAtDifferentRatesAverageTheirCostWithFees)
     quotes.closes["600000"] = 11.5f;
     const Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);
-    const auto &r = h.rows[0];
-    EXPECT_EQ(r[1], "600000");
-    EXPECT_EQ(r[2], " ");
-    EXPECT_EQ(r[3], "11.0475");
-    EXPECT_EQ(r[4], "200");
-    EXPECT_EQ(r[5], "2209.5");
-    EXPECT_EQ(r[6], "2300");
-    EXPECT_EQ(r[7], "90.5");
+    EXPECT_EQ(QStringList(h.rows[0].begin(), h.rows[0].end()),
+              (QStringList{"", "600000", " ", "11.0475", "200", "2209.5", "2300", "90.5"}));
     EXPECT_EQ(h.marketValue, "2300");
 }
 
@@ -118,31 +111,23 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
     EXPECT_EQ(h.marketValue, "1000");
 }
 
-TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValue)
+TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValueAndKeptWithoutHoldings)
 {
-    addTrade(db, {"600000", kBuy, 9, 1000, 0});
     addCash(db, 12000, QStringLiteral("存入"));
+    Holdings h = run(QStringLiteral(" 3.5%"));
+    EXPECT_TRUE(h.rows.empty());
+    EXPECT_EQ(std::make_tuple(h.marketValue, h.netFunds, h.percent), std::make_tuple("0", "12000", " 3.5%"));
+
+    addTrade(db, {"600000", kBuy, 9, 1000, 0});
     addCash(db, 2000, QStringLiteral("提取"));
     quotes.closes["600000"] = 9;
-    Holdings h = run();
-    EXPECT_EQ(h.netFunds, "10000");
-    EXPECT_EQ(h.marketValue, "9000");
-    EXPECT_EQ(h.percent, "-11.11%");
+    h = run();
+    EXPECT_EQ(std::make_tuple(h.marketValue, h.netFunds, h.percent), std::make_tuple("9000", "10000", "-11.11%"));
 
     quotes.closes["600000"] = 12;
     h = run();
     EXPECT_EQ(h.percent, " 16.67%");
     EXPECT_EQ(platform::lossPercentText(12000, QStringLiteral("10000abc")), " 16.67%");
-}
-
-TEST_F(HoldingsTest, NoHoldingsLeavesThePercentageAsItWas)
-{
-    addCash(db, 5000, QStringLiteral("存入"));
-    const Holdings h = run(QStringLiteral(" 3.5%"));
-    EXPECT_TRUE(h.rows.empty());
-    EXPECT_EQ(h.marketValue, "0");
-    EXPECT_EQ(h.netFunds, "5000");
-    EXPECT_EQ(h.percent, " 3.5%");
 }
 
 TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)

@@ -2,10 +2,7 @@
 // Rows for the platform tests, stored through the same record-set path the
 // entry windows use.
 
-#include "support/Journal.h"
-
-#include <QDate>
-#include <QString>
+#include "support/Helpers.h"
 
 struct Trade {
     QString code;

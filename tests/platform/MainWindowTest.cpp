@@ -1,7 +1,5 @@
 #include "Journal.h"
 #include "support/Helpers.h"
-#include "support/TestFolder.h"
-#include "support/Typing.h"
 #include "platform/frmBefor.h"
 #include "marketdata/MarketSettings.h"
 #include "platform/PictureBox.h"
@@ -10,41 +8,9 @@
 #include "ui/MsgBox.h"
 
 #include <QAbstractItemModelTester>
-#include <QAction>
-#include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QImage>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 #include <QToolBar>
-#include <gtest/gtest.h>
 
 namespace {
-
-// Runs `action`, which opens a modal window; `inside` acts on that window
-// while it is open, then it is closed. Returns its class and caption.
-QString modalOpenedBy(const std::function<void()> &action, const std::function<void(QWidget &)> &inside = {})
-{
-    QString seen;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, [&] {
-        if (QWidget *m = QApplication::activeModalWidget()) {
-            poll.stop();
-            seen = QString::fromLatin1(m->metaObject()->className()) + u' ' + m->windowTitle();
-            if (inside)
-                inside(*m);
-            m->close();
-        }
-    });
-    poll.start(0);
-    action();
-    return seen;
-}
 
 class MainWindowTest : public ::testing::Test {
 protected:

@@ -1,19 +1,10 @@
-#include "support/TestFolder.h"
-#include "support/Typing.h"
+#include "support/Helpers.h"
 #include "base/Numbers.h"
 #include "platform/frmBefor.h"
 #include "platform/frmDataEnv.h"
-#include "store/Database.h"
 #include "store/FeeRates.h"
 #include "store/Schema.h"
 #include "ui/FlexGrid.h"
-
-#include <QApplication>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -54,10 +45,8 @@ TEST(FeeSettings, EachBoxIsSavedToItsColumnAndTheMainWindowLoadsThemInOrder)
     {
         frmDataEnv w;
         w.show();
-        for (int i = 0; i < 6; ++i) {
-            box(w, i)->selectAll();
-            typeText(box(w, i), i == 3 ? QStringLiteral(" 4.25 ") : QStringLiteral("%1.25").arg(i + 1));
-        }
+        for (int i = 0; i < 6; ++i)
+            retype(box(w, i), i == 3 ? QStringLiteral(" 4.25 ") : QStringLiteral("%1.25").arg(i + 1));
         QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("Command1")), Qt::LeftButton);
         for (int c = 1; c <= 6; ++c)
             EXPECT_FLOAT_EQ(feeColumn(c).toFloat(), c + 0.25f) << c;

@@ -1,9 +1,7 @@
 #include "JournalData.h"
 
 #include "base/Paths.h"
-#include "store/Database.h"
-#include "support/Journal.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 namespace journal {
 

@@ -4,15 +4,6 @@
 
 #include "support/Helpers.h"
 
-#include <QDate>
-#include <QString>
-
-#include <QStringList>
-
-#include <memory>
-#include <ostream>
-
-
 class TestFolder;
 
 namespace journal {

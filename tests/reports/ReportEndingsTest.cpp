@@ -11,10 +11,7 @@
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
-#include <QAction>
-#include <gtest/gtest.h>
-
-#include <functional>
+#include "support/Helpers.h"
 
 using journal::Trade;
 using namespace reports;

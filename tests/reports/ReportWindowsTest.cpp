@@ -7,14 +7,10 @@
 
 #include "base/Numbers.h"
 #include "store/FeeRates.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 #include "ui/FlexGrid.h"
 
-#include <QAction>
-#include <QMenu>
 #include <QMenuBar>
-#include <QTest>
-#include <gtest/gtest.h>
 
 using journal::Trade;
 using namespace reports;

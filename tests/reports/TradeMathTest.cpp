@@ -3,8 +3,6 @@
 
 #include "support/Helpers.h"
 
-#include <gtest/gtest.h>
-
 using namespace reports;
 
 TEST(TradeFee, MinimumsByCodeAndRounding)

@@ -2,12 +2,10 @@
 // rule and the account list.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 #include "store/Accounts.h"
 #include "store/Schema.h"
-
-#include <gtest/gtest.h>
 
 using namespace store;
 

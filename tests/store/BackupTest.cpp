@@ -3,14 +3,9 @@
 // write.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 #include "store/Backup.h"
-#include "store/Database.h"
-
-#include <QDate>
-#include <QDir>
-#include <gtest/gtest.h>
 
 using namespace store;
 

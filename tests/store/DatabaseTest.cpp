@@ -2,18 +2,14 @@
 // alone, the table list and the life of a handle.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
 #include "base/Paths.h"
 #include "store/CipherKey.h"
-#include "store/Database.h"
 #include "store/Schema.h"
 
-#include <QDir>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QRandomGenerator>
-#include <gtest/gtest.h>
 
 using namespace store;
 

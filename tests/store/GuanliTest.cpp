@@ -1,21 +1,12 @@
 // The user-management window driven through its controls.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
-#include "support/Typing.h"
+#include "support/Helpers.h"
 
 #include "store/Accounts.h"
 #include "store/Schema.h"
 #include "accounts/frmGuanli.h"
 #include "ui/MsgBox.h"
-
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTest>
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 

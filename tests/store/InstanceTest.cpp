@@ -6,13 +6,8 @@
 #include "base/Paths.h"
 #include "accounts/frmLogin.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFileInfo>
+#include "support/Helpers.h"
 #include <QMessageBox>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <gtest/gtest.h>
 
 #include <cstdio>
 

@@ -1,22 +1,13 @@
 // The login window driven through its controls.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
-#include "support/Typing.h"
+#include "support/Helpers.h"
 
 #include "base/ErrorGuard.h"
 #include "store/Accounts.h"
 #include "store/Schema.h"
 #include "accounts/frmLogin.h"
 #include "ui/MsgBox.h"
-
-#include <QApplication>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -40,34 +31,14 @@ protected:
 
     void type(const QString &name, const QString &password)
     {
-        edit("txtUserName")->setText(name);
-        edit("txtPassword")->setText(password);
+        retype(edit("txtUserName"), name);
+        retype(edit("txtPassword"), password);
     }
 
     TestFolder folder;
     QStringList messages;
     frmLogin form;
 };
-
-// Runs `action`, which opens a modal window, and returns the caption of that
-// window after closing it through its button "取消".
-QString captionOfModal(const std::function<void()> &action)
-{
-    QString caption;
-    QTimer::singleShot(0, [&] {
-        QWidget *modal = QApplication::activeModalWidget();
-        if (!modal)
-            return;
-        caption = modal->windowTitle();
-        if (auto *cancel = modal->findChild<QPushButton *>(QStringLiteral("Command3")))
-            cancel->click();
-        else
-            modal->close();
-    });
-    action();
-    QApplication::processEvents(); // the timer fires here when nothing opened
-    return caption;
-}
 
 } // namespace
 
@@ -99,10 +70,10 @@ TEST_F(LoginTest, RefusalsKeepTheBoxesThenEnterLogsInTrimmedAndUpperCased)
 TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
 {
     // Both boxes empty: 确定 refuses (above), 管理 admits.
-    EXPECT_EQ(captionOfModal([&] { button("Command1")->click(); }), QStringLiteral("用户管理--Tessaly"));
+    EXPECT_EQ(modalOpenedBy([&] { button("Command1")->click(); }), QStringLiteral("frmGuanli 用户管理--Tessaly"));
     EXPECT_TRUE(messages.isEmpty());
     type(QStringLiteral("alice"), QStringLiteral("nope"));
-    EXPECT_TRUE(captionOfModal([&] { button("Command1")->click(); }).isEmpty());
+    EXPECT_EQ(modalOpenedBy([&] { button("Command1")->click(); }), QString());
     EXPECT_EQ(messages, QStringList{QStringLiteral("用户名或密码错误！")});
     // Still in the login window, which still works; 取消 closes it without a login.
     EXPECT_TRUE(form.isVisible());

@@ -2,14 +2,9 @@
 // they hand out and the conversions of assigned values.
 
 #include "StoreTestUtil.h"
-#include "support/TestFolder.h"
+#include "support/Helpers.h"
 
-#include "store/Database.h"
 #include "store/Schema.h"
-
-#include <QDate>
-#include <QDateTime>
-#include <gtest/gtest.h>
 
 using namespace store;
 

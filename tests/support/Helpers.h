@@ -1,18 +1,47 @@
 #pragma once
-// Small helpers shared by every suite: the number of a raised runtime error,
-// whole-file reads and writes, readable texts in failure messages.
+// What every suite uses: GoogleTest, Qt Test and the common widgets, the
+// temporary program folder, journal rows, typing; and small helpers: the
+// number of a raised runtime error, whole-file reads and writes, readable
+// texts in failure messages, a window's named control.
 
 #include "base/RuntimeError.h"
+#include "store/Database.h"
+#include "support/Journal.h"
+#include "support/TestFolder.h"
+#include "support/Typing.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDate>
+#include <QDateTime>
+#include <QDir>
 #include <QFile>
-#include <QObject>
+#include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QProcess>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 // Number of the runtime error `f` raises, 0 when it raises none.
 inline int errorOf(const std::function<void()> &f)
@@ -51,3 +80,24 @@ T *child(const QObject *parent, const char *name)
 }
 template <typename T = QObject>
 T *child(const QObject &parent, const char *name) { return child<T>(&parent, name); }
+
+// Runs `action`, which opens a modal window; `inside` acts on that window
+// while it is open, then it is closed. Returns its class and caption, empty
+// when nothing opened.
+inline QString modalOpenedBy(const std::function<void()> &action, const std::function<void(QWidget &)> &inside = {})
+{
+    QString seen;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        if (QWidget *m = QApplication::activeModalWidget()) {
+            poll.stop();
+            seen = QString::fromLatin1(m->metaObject()->className()) + u' ' + m->windowTitle();
+            if (inside)
+                inside(*m);
+            m->close();
+        }
+    });
+    poll.start(0);
+    action();
+    return seen;
+}

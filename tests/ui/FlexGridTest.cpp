@@ -3,13 +3,9 @@
 #include "ui/MsgBox.h"
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
+#include "support/Helpers.h"
 #include <QHeaderView>
-#include <QLineEdit>
-#include <QSignalSpy>
-#include <QTest>
 #include <QVBoxLayout>
-#include <gtest/gtest.h>
 
 using ui::FlexGrid;
 
