@@ -1,7 +1,6 @@
 // The account logic without windows: lookups, the login checks, the rights
 // rule and the account list.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "store/Accounts.h"

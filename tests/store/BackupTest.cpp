@@ -2,7 +2,6 @@
 // first write, the ten newest kept, and a failing backup never blocking the
 // write.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "store/Backup.h"

@@ -1,7 +1,6 @@
 // Opening the journal file: the key, the failures that must leave the file
 // alone, the table list and the life of a handle.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "base/Paths.h"

@@ -1,6 +1,5 @@
 // The user-management window driven through its controls.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "store/Accounts.h"

@@ -1,6 +1,5 @@
 // The login window driven through its controls.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "base/ErrorGuard.h"

@@ -1,7 +1,6 @@
 // Record sets: navigation, adding, changing and deleting rows, the values
 // they hand out and the conversions of assigned values.
 
-#include "StoreTestUtil.h"
 #include "support/Helpers.h"
 
 #include "store/Schema.h"

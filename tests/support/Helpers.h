@@ -81,6 +81,9 @@ T *child(const QObject *parent, const char *name)
 template <typename T = QObject>
 T *child(const QObject &parent, const char *name) { return child<T>(&parent, name); }
 
+// The single value of a one-row query.
+inline QVariant scalar(store::Database &db, const QString &sql) { return db.openRecordset(sql).field(0); }
+
 // Runs `action`, which opens a modal window; `inside` acts on that window
 // while it is open, then it is closed. Returns its class and caption, empty
 // when nothing opened.
