@@ -25,28 +25,28 @@ protected:
     void formUnload() override;
 
 private:
-    void List1_Click(QListWidgetItem *item);
-    void Command1_Click(); // 增加
-    void Command2_Click(); // 删除
-    void Command4_Click(); // 修改
-    void Command3_Click(); // 取消
+    void onList1Click(QListWidgetItem *item);
+    void onCommand1Click(); // 增加
+    void onCommand2Click(); // 删除
+    void onCommand4Click(); // 修改
+    void onCommand3Click(); // 取消
     void fillList();
     void clearBoxes();
 
-    QGroupBox *Frame1;
-    QGroupBox *Frame2;
-    QLabel *Label1;
-    QLabel *Label2;
-    QLabel *Label3;
-    QLabel *Label4;
-    QListWidget *List1;
-    QLineEdit *Text1;
-    QLineEdit *Text2;
-    QLineEdit *Text3;
-    QPushButton *Command1;
-    QPushButton *Command2;
-    QPushButton *Command3;
-    QPushButton *Command4;
+    QGroupBox *m_Frame1;
+    QGroupBox *m_Frame2;
+    QLabel *m_Label1;
+    QLabel *m_Label2;
+    QLabel *m_Label3;
+    QLabel *m_Label4;
+    QListWidget *m_List1;
+    QLineEdit *m_Text1;
+    QLineEdit *m_Text2;
+    QLineEdit *m_Text3;
+    QPushButton *m_Command1;
+    QPushButton *m_Command2;
+    QPushButton *m_Command3;
+    QPushButton *m_Command4;
 
     QString m_uName1;
     QString m_uPower1;

@@ -4,6 +4,7 @@
 #include "base/Instance.h"
 #include "store/Accounts.h"
 #include "accounts/frmGuanli.h"
+#include "ui/Controls.h"
 #include "ui/MsgBox.h"
 
 #include <QEvent>
@@ -20,49 +21,39 @@ frmLogin::frmLogin(QWidget *parent) : ui::Form(parent)
     setObjectName(QStringLiteral("frmLogin"));
     setWindowTitle(QStringLiteral("登录--Tessaly"));
 
-    Frame1 = new QGroupBox(this);
-    Frame1->setObjectName(QStringLiteral("Frame1"));
-    lblLabels_0 = new QLabel(QStringLiteral("用户名称(&U):"), Frame1);
-    lblLabels_0->setObjectName(QStringLiteral("lblLabels_0"));
-    lblLabels_1 = new QLabel(QStringLiteral("密码(&P):"), Frame1);
-    lblLabels_1->setObjectName(QStringLiteral("lblLabels_1"));
-    txtUserName = new QLineEdit(Frame1);
-    txtUserName->setObjectName(QStringLiteral("txtUserName"));
-    txtPassword = new QLineEdit(Frame1);
-    txtPassword->setObjectName(QStringLiteral("txtPassword"));
-    txtPassword->setEchoMode(QLineEdit::Password);
-    txtPassword->setStyleSheet(QStringLiteral("lineedit-password-character: 42;")); // "*"
-    lblLabels_0->setBuddy(txtUserName);
-    lblLabels_1->setBuddy(txtPassword);
+    m_Frame1 = ui::frame(this, "Frame1");
+    m_lblLabels[0] = ui::label(m_Frame1, "lblLabels_0", QStringLiteral("用户名称(&U):"));
+    m_lblLabels[1] = ui::label(m_Frame1, "lblLabels_1", QStringLiteral("密码(&P):"));
+    m_txtUserName = ui::textBox(m_Frame1, "txtUserName");
+    m_txtPassword = ui::textBox(m_Frame1, "txtPassword");
+    m_txtPassword->setEchoMode(QLineEdit::Password);
+    m_txtPassword->setStyleSheet(QStringLiteral("lineedit-password-character: 42;")); // "*"
+    m_lblLabels[0]->setBuddy(m_txtUserName);
+    m_lblLabels[1]->setBuddy(m_txtPassword);
 
-    auto *grid = new QGridLayout(Frame1);
-    grid->addWidget(lblLabels_0, 0, 0);
-    grid->addWidget(txtUserName, 0, 1);
-    grid->addWidget(lblLabels_1, 1, 0);
-    grid->addWidget(txtPassword, 1, 1);
+    auto *grid = new QGridLayout(m_Frame1);
+    grid->addWidget(m_lblLabels[0], 0, 0);
+    grid->addWidget(m_txtUserName, 0, 1);
+    grid->addWidget(m_lblLabels[1], 1, 0);
+    grid->addWidget(m_txtPassword, 1, 1);
 
-    cmdOK = new QPushButton(QStringLiteral("确定"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton(QStringLiteral("取消"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    cmdCancel->setAutoDefault(false);
-    Command1 = new QPushButton(QStringLiteral("管理"), this);
-    Command1->setObjectName(QStringLiteral("Command1"));
-    Command1->setAutoDefault(false);
+    m_cmdOK = ui::button(this, "cmdOK", QStringLiteral("确定"));
+    m_cmdOK->setDefault(true); // Enter anywhere in the window presses 确定
+    m_cmdCancel = ui::button(this, "cmdCancel", QStringLiteral("取消"));
+    m_Command1 = ui::button(this, "Command1", QStringLiteral("管理"));
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
-    buttons->addWidget(Command1);
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cmdCancel);
+    buttons->addWidget(m_Command1);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(Frame1);
+    layout->addWidget(m_Frame1);
     layout->addLayout(buttons);
 
-    connect(cmdOK, &QPushButton::clicked, this, base::guarded([this](bool) { cmdOK_Click(); }));
-    connect(Command1, &QPushButton::clicked, this, base::guarded([this](bool) { Command1_Click(); }));
-    connect(cmdCancel, &QPushButton::clicked, this, base::guarded([this](bool) { cmdCancel_Click(); }));
+    connect(m_cmdOK, &QPushButton::clicked, this, base::guarded([this](bool) { onCmdOKClick(); }));
+    connect(m_Command1, &QPushButton::clicked, this, base::guarded([this](bool) { onCommand1Click(); }));
+    connect(m_cmdCancel, &QPushButton::clicked, this, base::guarded([this](bool) { onCmdCancelClick(); }));
 }
 
 frmLogin::~frmLogin() = default;
@@ -103,10 +94,10 @@ void frmLogin::formUnload()
         emit closedWithoutLogin();
 }
 
-void frmLogin::cmdOK_Click()
+void frmLogin::onCmdOKClick()
 {
     openDatabase();
-    const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
+    const store::LoginResult r = store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(),
                                                    store::LoginButton::Confirm);
     if (!r.accepted) {
         ui::msgBox(store::kLoginFailed);
@@ -117,10 +108,10 @@ void frmLogin::cmdOK_Click()
     unload();
 }
 
-void frmLogin::Command1_Click()
+void frmLogin::onCommand1Click()
 {
     openDatabase();
-    const store::LoginResult r = store::checkLogin(m_db, m_rs, txtUserName->text(), txtPassword->text(),
+    const store::LoginResult r = store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(),
                                                    store::LoginButton::Manage);
     if (!r.accepted) {
         ui::msgBox(store::kLoginFailed);
@@ -131,7 +122,7 @@ void frmLogin::Command1_Click()
     manager.exec();
 }
 
-void frmLogin::cmdCancel_Click()
+void frmLogin::onCmdCancelClick()
 {
     unload();
 }

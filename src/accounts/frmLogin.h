@@ -29,21 +29,20 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void cmdOK_Click();
-    void Command1_Click();
-    void cmdCancel_Click();
+    void onCmdOKClick();
+    void onCommand1Click();
+    void onCmdCancelClick();
     // Opens the journal the first time it is called (after the first paint,
     // or by a button pressed before it).
     void openDatabase();
 
-    QGroupBox *Frame1;
-    QLabel *lblLabels_0;
-    QLabel *lblLabels_1;
-    QLineEdit *txtUserName;
-    QLineEdit *txtPassword;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
-    QPushButton *Command1;
+    QGroupBox *m_Frame1;
+    QLabel *m_lblLabels[2];
+    QLineEdit *m_txtUserName;
+    QLineEdit *m_txtPassword;
+    QPushButton *m_cmdOK;
+    QPushButton *m_cmdCancel;
+    QPushButton *m_Command1;
 
     store::Database m_db;
     store::Recordset m_rs;

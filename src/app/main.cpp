@@ -11,6 +11,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <memory>
 
 int main(int argc, char **argv)
 {
@@ -22,11 +23,13 @@ int main(int argc, char **argv)
     if (!app::prepareProgramFolder())
         return 1;
 
+    // Both windows belong to main(): they go before the application object.
+    std::unique_ptr<frmBefor> mainWindow;
     frmLogin login;
-    QObject::connect(&login, &frmLogin::loggedIn, [](const QString &name, const QString &role) {
-        auto *main = new frmBefor;
-        main->GetMame(name, role);
-        main->show();
+    QObject::connect(&login, &frmLogin::loggedIn, [&mainWindow](const QString &name, const QString &role) {
+        mainWindow = std::make_unique<frmBefor>();
+        mainWindow->GetMame(name, role);
+        mainWindow->show();
     });
     QObject::connect(&login, &frmLogin::closedWithoutLogin, [] { QApplication::quit(); });
     // Start-up timing: with TESSALY_REPORT_SHOWN=1 in the environment the

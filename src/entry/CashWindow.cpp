@@ -9,7 +9,7 @@ CashWindow::CashWindow(const CashKind &kind, QWidget *parent)
 {
 }
 
-void CashWindow::confirm()
+void CashWindow::onCommand2Click()
 {
     storeCash(m_kind, CashInput{userName(), date(), text(2)->text(), text(3)->text()});
     clearForNextEntry();

@@ -12,7 +12,7 @@ class CashWindow : public EntryForm {
     Q_OBJECT
 protected:
     CashWindow(const CashKind &kind, QWidget *parent);
-    void confirm() override;
+    void onCommand2Click() override;
 
 private:
     const CashKind &m_kind;

@@ -29,8 +29,8 @@ public:
     // The main window calls this before showing the window.
     void GetMame(QString GuName, QString GuPower);
 
-    const QString &userName() const { return m_userName; }
-    const QString &userPower() const { return m_userPower; }
+    const QString &userName() const { return m_GuName; }
+    const QString &userPower() const { return m_GuPower; }
 
 protected:
     // labels: the picker's label, then one label per text box (Text2 onwards).
@@ -40,7 +40,7 @@ protected:
     void formLoad() override;
 
     // Command2; runs inside the error guard.
-    virtual void confirm() = 0;
+    virtual void onCommand2Click() = 0;
 
     // TextN (n from 2).
     QLineEdit *text(int n) const { return m_boxes.at(n - 2); }
@@ -50,15 +50,15 @@ protected:
     // focus; the date stays.
     void clearForNextEntry();
 
-    QGroupBox *Frame1 = nullptr;
-    QDateEdit *DTPicker1 = nullptr;
-    QPushButton *Command2 = nullptr;
-    QPushButton *Command3 = nullptr;
+    QGroupBox *m_Frame1 = nullptr;
+    QDateEdit *m_DTPicker1 = nullptr;
+    QPushButton *m_Command2 = nullptr;
+    QPushButton *m_Command3 = nullptr;
 
 private:
     QString m_captionWord;
-    QString m_userName;
-    QString m_userPower;
+    QString m_GuName;
+    QString m_GuPower;
     QList<QLabel *> m_labels;
     QList<QLineEdit *> m_boxes;
 };

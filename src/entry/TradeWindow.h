@@ -19,7 +19,7 @@ signals:
 
 protected:
     TradeWindow(const TradeKind &kind, QWidget *parent);
-    void confirm() override;
+    void onCommand2Click() override;
 
 private:
     const TradeKind &m_kind;

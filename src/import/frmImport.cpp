@@ -4,6 +4,7 @@
 
 #include "base/ErrorGuard.h"
 #include "base/RuntimeError.h"
+#include "ui/Controls.h"
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
@@ -45,18 +46,15 @@ frmImport::frmImport(QWidget *parent) : ui::Form(parent)
 
     auto *layout = new QVBoxLayout(this);
     auto *fileRow = new QHBoxLayout;
-    auto *label1 = new QLabel(QStringLiteral("交割单文件"), this);
-    label1->setObjectName(QStringLiteral("Label1"));
-    m_Text1 = new QLineEdit(this);
-    m_Text1->setObjectName(QStringLiteral("Text1"));
+    auto *label1 = ui::label(this, "Label1", QStringLiteral("交割单文件"));
+    m_Text1 = ui::textBox(this, "Text1");
     m_Command1 = ui::button(this, "Command1", QStringLiteral("选择文件…"));
     fileRow->addWidget(label1);
     fileRow->addWidget(m_Text1, 1);
     fileRow->addWidget(m_Command1);
     layout->addLayout(fileRow);
 
-    m_Label2 = new QLabel(QStringLiteral("选择交易软件导出的交割单或资金流水（文本，制表符或逗号分隔）"), this);
-    m_Label2->setObjectName(QStringLiteral("Label2"));
+    m_Label2 = ui::label(this, "Label2", QStringLiteral("选择交易软件导出的交割单或资金流水（文本，制表符或逗号分隔）"));
     m_Label2->setWordWrap(true);
     layout->addWidget(m_Label2);
 
@@ -70,13 +68,11 @@ frmImport::frmImport(QWidget *parent) : ui::Form(parent)
     scroll->setFixedHeight(72);
     layout->addWidget(scroll);
 
-    m_MSFlexGrid1 = new ui::FlexGrid(this);
-    m_MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
+    m_MSFlexGrid1 = ui::flexGrid(this, "MSFlexGrid1");
     layout->addWidget(m_MSFlexGrid1, 1);
 
     auto *bottom = new QHBoxLayout;
-    m_Label3 = new QLabel(this);
-    m_Label3->setObjectName(QStringLiteral("Label3"));
+    m_Label3 = ui::label(this, "Label3");
     m_Command2 = ui::button(this, "Command2", QStringLiteral("导入"));
     m_Command3 = ui::button(this, "Command3", QStringLiteral("取消"));
     m_Command2->setEnabled(false);
@@ -144,19 +140,22 @@ void frmImport::buildMapping()
     }
     for (int i = 0; i < m_table.headings.size(); ++i) {
         auto *heading = new QLabel(m_table.headings[i], m_mapping->parentWidget());
-        auto *combo = new QComboBox(m_mapping->parentWidget());
-        combo->setObjectName(QStringLiteral("Combo1_%1").arg(i));
+        auto *combo = ui::comboBox(m_mapping->parentWidget(), QStringLiteral("Combo1_%1").arg(i));
         for (int k = 0; k < importer::kColumnKinds; ++k)
             combo->addItem(importer::columnTitle(importer::Column(k)));
         combo->setCurrentIndex(int(m_table.columns.value(i)));
-        connect(combo, &QComboBox::currentIndexChanged, this, base::guarded([this, i](int index) {
-                    m_table.columns[i] = importer::Column(index);
-                    refreshPreview();
-                }));
+        connect(combo, &QComboBox::currentIndexChanged, this,
+                base::guarded([this, i](int index) { onCombo1Click(i, index); }));
         m_mapping->addWidget(heading, 0, i);
         m_mapping->addWidget(combo, 1, i);
         m_Combo1 << combo;
     }
+}
+
+void frmImport::onCombo1Click(int i, int index)
+{
+    m_table.columns[i] = importer::Column(index);
+    refreshPreview();
 }
 
 void frmImport::refreshPreview()

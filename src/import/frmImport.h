@@ -35,6 +35,8 @@ protected:
 private:
     void onCommand1Click();
     void onCommand2Click();
+    // Box i of the column boxes Combo1_0, Combo1_1, ... chose what its column holds.
+    void onCombo1Click(int i, int index);
     void readJournal();
     void buildMapping();
     void refreshPreview();

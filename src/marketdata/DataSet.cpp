@@ -6,6 +6,7 @@
 #include "base/Gbk.h"
 #include "base/Paths.h"
 #include "base/RuntimeError.h"
+#include "ui/Controls.h"
 #include "ui/MsgBox.h"
 
 #include <QComboBox>
@@ -49,20 +50,6 @@ const DataSource *sourceAt(int index)
     return index >= 0 && index < kDataSourceCount ? &kDataSources[index] : nullptr;
 }
 
-QLabel *label(const char *name, const QString &text, QWidget *parent)
-{
-    auto *l = new QLabel(text, parent);
-    l->setObjectName(QLatin1String(name));
-    return l;
-}
-
-QLineEdit *textBox(const char *name, QWidget *parent)
-{
-    auto *t = new QLineEdit(parent);
-    t->setObjectName(QLatin1String(name));
-    return t;
-}
-
 } // namespace
 
 DataSet::DataSet(QWidget *parent) : ui::Form(parent)
@@ -70,67 +57,63 @@ DataSet::DataSet(QWidget *parent) : ui::Form(parent)
     setObjectName(QStringLiteral("DataSet"));
     setWindowTitle(QStringLiteral("数据路径"));
 
-    Frame1 = new QGroupBox(QStringLiteral("数据路径设置"), this);
-    Frame1->setObjectName(QStringLiteral("Frame1"));
-    Label1 = label("Label1", QStringLiteral("数据格式："), Frame1);
-    Label2 = label("Label2", QStringLiteral("数据路径："), Frame1);
-    Label3 = label("Label3", QStringLiteral("上海路径"), Frame1);
-    Label4 = label("Label4", QStringLiteral("深圳路径"), Frame1);
-    Label5 = label("Label5", QString(), Frame1);
-    Combo1 = new QComboBox(Frame1);
-    Combo1->setObjectName(QStringLiteral("Combo1"));
-    Text1 = textBox("Text1", Frame1);
-    Text2 = textBox("Text2", Frame1);
-    Text3 = textBox("Text3", Frame1);
-    Drive1 = new QComboBox(Frame1);
-    Drive1->setObjectName(QStringLiteral("Drive1"));
-    Drive1->addItems(driveTexts());
-    Drive1->setCurrentIndex(0); // "/", the drive of the folder the list starts in; no change event yet
-    Dir1 = new DirList(Frame1);
-    Dir1->setObjectName(QStringLiteral("Dir1"));
-    resumeNext([&] { Dir1->setPath(QDir::homePath()); }); // the user's home, where his data usually lies
-    Command1 = ui::button(this, "Command1", QStringLiteral("确定"));
-    Command2 = ui::button(this, "Command2", QStringLiteral("取消"));
+    m_Frame1 = ui::frame(this, "Frame1", QStringLiteral("数据路径设置"));
+    m_Label1 = ui::label(m_Frame1, "Label1", QStringLiteral("数据格式："));
+    m_Label2 = ui::label(m_Frame1, "Label2", QStringLiteral("数据路径："));
+    m_Label3 = ui::label(m_Frame1, "Label3", QStringLiteral("上海路径"));
+    m_Label4 = ui::label(m_Frame1, "Label4", QStringLiteral("深圳路径"));
+    m_Label5 = ui::label(m_Frame1, "Label5");
+    m_Combo1 = ui::comboBox(m_Frame1, "Combo1");
+    m_Text1 = ui::textBox(m_Frame1, "Text1");
+    m_Text2 = ui::textBox(m_Frame1, "Text2");
+    m_Text3 = ui::textBox(m_Frame1, "Text3");
+    m_Drive1 = ui::comboBox(m_Frame1, "Drive1");
+    m_Drive1->addItems(driveTexts());
+    m_Drive1->setCurrentIndex(0); // "/", the drive of the folder the list starts in; no change event yet
+    m_Dir1 = ui::named(new DirList(m_Frame1), "Dir1");
+    resumeNext([&] { m_Dir1->setPath(QDir::homePath()); }); // the user's home, where his data usually lies
+    m_Command1 = ui::button(this, "Command1", QStringLiteral("确定"));
+    m_Command2 = ui::button(this, "Command2", QStringLiteral("取消"));
 
-    auto *grid = new QGridLayout(Frame1);
-    grid->addWidget(Label1, 0, 0);
-    grid->addWidget(Combo1, 0, 1);
-    grid->addWidget(Label2, 1, 0);
-    grid->addWidget(Text1, 1, 1);
-    grid->addWidget(Label3, 2, 0);
-    grid->addWidget(Text2, 2, 1);
-    grid->addWidget(Label4, 3, 0);
-    grid->addWidget(Text3, 3, 1);
-    grid->addWidget(Label5, 4, 0, 1, 2);
-    grid->addWidget(Drive1, 0, 2);
-    grid->addWidget(Dir1, 1, 2, 4, 1);
+    auto *grid = new QGridLayout(m_Frame1);
+    grid->addWidget(m_Label1, 0, 0);
+    grid->addWidget(m_Combo1, 0, 1);
+    grid->addWidget(m_Label2, 1, 0);
+    grid->addWidget(m_Text1, 1, 1);
+    grid->addWidget(m_Label3, 2, 0);
+    grid->addWidget(m_Text2, 2, 1);
+    grid->addWidget(m_Label4, 3, 0);
+    grid->addWidget(m_Text3, 3, 1);
+    grid->addWidget(m_Label5, 4, 0, 1, 2);
+    grid->addWidget(m_Drive1, 0, 2);
+    grid->addWidget(m_Dir1, 1, 2, 4, 1);
     grid->setColumnMinimumWidth(1, 260);
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(Command1);
-    buttons->addWidget(Command2);
+    buttons->addWidget(m_Command1);
+    buttons->addWidget(m_Command2);
     auto *outer = new QVBoxLayout(this);
-    outer->addWidget(Frame1);
+    outer->addWidget(m_Frame1);
     outer->addLayout(buttons);
 
-    connect(Combo1, &QComboBox::currentIndexChanged, this, base::guarded([this](int i) { comboClick(i); }));
-    connect(Text1, &QLineEdit::textChanged, this, base::guarded([this](const QString &) { text1Change(); }));
-    connect(Dir1, &DirList::pathChanged, this, base::guarded([this](const QString &) { dir1Change(); }));
-    connect(Drive1, &QComboBox::currentIndexChanged, this, base::guarded([this](int) { drive1Change(); }));
-    connect(Command1, &QPushButton::clicked, this, base::guarded([this](bool) { command1Click(); }));
-    connect(Command2, &QPushButton::clicked, this, base::guarded([this](bool) { unload(); }));
+    connect(m_Combo1, &QComboBox::currentIndexChanged, this, base::guarded([this](int i) { onCombo1Click(i); }));
+    connect(m_Text1, &QLineEdit::textChanged, this, base::guarded([this](const QString &) { onText1Change(); }));
+    connect(m_Dir1, &DirList::pathChanged, this, base::guarded([this](const QString &) { onDir1Change(); }));
+    connect(m_Drive1, &QComboBox::currentIndexChanged, this, base::guarded([this](int) { onDrive1Change(); }));
+    connect(m_Command1, &QPushButton::clicked, this, base::guarded([this](bool) { onCommand1Click(); }));
+    connect(m_Command2, &QPushButton::clicked, this, base::guarded([this](bool) { unload(); }));
 }
 
 void DataSet::formLoad()
 {
     // The list starts with no selection: selecting a source fills Text1.
     {
-        const QSignalBlocker block(Combo1);
-        Combo1->clear();
+        const QSignalBlocker block(m_Combo1);
+        m_Combo1->clear();
         for (const DataSource &s : kDataSources)
-            Combo1->addItem(QString::fromUtf8(s.listText));
-        Combo1->setCurrentIndex(-1);
+            m_Combo1->addItem(QString::fromUtf8(s.listText));
+        m_Combo1->setCurrentIndex(-1);
     }
     readDateSet();
 }
@@ -152,7 +135,7 @@ void DataSet::readDateSet()
         if (f.open(QIODevice::ReadOnly))
             readDateSetItems(base::fromGbk(f.readAll()), index, directory);
         resumeNext([&] { selectSource(index); });
-        resumeNext([&] { Text1->setText(directory); });
+        resumeNext([&] { m_Text1->setText(directory); });
     } else {
         resumeNext([&] { selectSource(0); });
     }
@@ -162,65 +145,65 @@ void DataSet::readDateSet()
 
 void DataSet::selectSource(int16_t index)
 {
-    if (index < 0 || index >= Combo1->count())
+    if (index < 0 || index >= m_Combo1->count())
         throw base::RuntimeError(380, QStringLiteral("无效的属性值"));
-    Combo1->setCurrentIndex(index);
+    m_Combo1->setCurrentIndex(index);
 }
 
-void DataSet::comboClick(int index)
+void DataSet::onCombo1Click(int index)
 {
     const DataSource *s = sourceAt(index);
     if (!s)
         return;
-    Text1->setText(QString::fromUtf8(s->defaultDir));
+    m_Text1->setText(QString::fromUtf8(s->defaultDir));
     if (s->shanghaiSubPath) {
-        Text2->setText(Text1->text() + QString::fromLatin1(s->shanghaiSubPath));
-        Text3->setText(Text1->text() + QString::fromLatin1(s->shenzhenSubPath));
+        m_Text2->setText(m_Text1->text() + QString::fromLatin1(s->shanghaiSubPath));
+        m_Text3->setText(m_Text1->text() + QString::fromLatin1(s->shenzhenSubPath));
     } else if (index == 2) {
-        Text2->setText(Text1->text());
-        Text3->setText(Text1->text());
+        m_Text2->setText(m_Text1->text());
+        m_Text3->setText(m_Text1->text());
     }
     if (s->formatHint)
-        Label5->setText(QString::fromUtf8(s->formatHint));
+        m_Label5->setText(QString::fromUtf8(s->formatHint));
 }
 
-void DataSet::text1Change()
+void DataSet::onText1Change()
 {
-    const DataSource *s = sourceAt(Combo1->currentIndex());
+    const DataSource *s = sourceAt(m_Combo1->currentIndex());
     if (!s)
         return;
-    const QString dir = Text1->text();
-    Text2->setText(s->shanghaiSubPath ? dir + QString::fromLatin1(s->shanghaiSubPath) : dir);
-    Text3->setText(s->shenzhenSubPath ? dir + QString::fromLatin1(s->shenzhenSubPath) : dir);
+    const QString dir = m_Text1->text();
+    m_Text2->setText(s->shanghaiSubPath ? dir + QString::fromLatin1(s->shanghaiSubPath) : dir);
+    m_Text3->setText(s->shenzhenSubPath ? dir + QString::fromLatin1(s->shenzhenSubPath) : dir);
 }
 
-void DataSet::dir1Change()
+void DataSet::onDir1Change()
 {
-    resumeNext([&] { Text1->setText(Dir1->path()); });
+    resumeNext([&] { m_Text1->setText(m_Dir1->path()); });
 }
 
-void DataSet::drive1Change()
+void DataSet::onDrive1Change()
 {
     resumeNext([&] {
-        const QString drive = Drive1->currentText();
-        Dir1->setPath(drive == QStringLiteral("/") ? drive : drive + u'\\');
+        const QString drive = m_Drive1->currentText();
+        m_Dir1->setPath(drive == QStringLiteral("/") ? drive : drive + u'\\');
     });
 }
 
-void DataSet::command1Click()
+void DataSet::onCommand1Click()
 {
     // Sources with their own Shanghai and Shenzhen folders check both.
-    const DataSource *s = sourceAt(Combo1->currentIndex());
+    const DataSource *s = sourceAt(m_Combo1->currentIndex());
     if (s && s->shanghaiSubPath) {
-        const bool shanghai = base::dirExists(Text2->text());
-        const bool shenzhen = base::dirExists(Text3->text());
+        const bool shanghai = base::dirExists(m_Text2->text());
+        const bool shenzhen = base::dirExists(m_Text3->text());
         if (!shanghai)
             resumeNext([] { ui::msgBox(QStringLiteral("上海目录错误")); });
         if (!shenzhen)
             resumeNext([] { ui::msgBox(QStringLiteral("深圳目录错误")); });
         if (!shanghai || !shenzhen)
             return;
-    } else if (!base::dirExists(Text1->text())) {
+    } else if (!base::dirExists(m_Text1->text())) {
         resumeNext([] { ui::msgBox(QStringLiteral("没有这个目录")); });
         return;
     }
@@ -230,8 +213,8 @@ void DataSet::command1Click()
 
 void DataSet::SaveDateSet()
 {
-    const auto index = static_cast<int16_t>(Combo1->currentIndex());
-    const QString directory = Text1->text();
+    const auto index = static_cast<int16_t>(m_Combo1->currentIndex());
+    const QString directory = m_Text1->text();
     // Written beside the old file and renamed over it: a crash or a full disk
     // leaves the previous settings whole, never an empty or half file.
     QSaveFile f(base::resolvePath(dateSetName()));

@@ -47,19 +47,19 @@ private:
     void readDateSet();
     void SaveDateSet();
     void selectSource(int16_t index);
-    void comboClick(int index);
-    void text1Change();
-    void command1Click();
-    void dir1Change();
-    void drive1Change();
+    void onCombo1Click(int index);
+    void onText1Change();
+    void onCommand1Click();
+    void onDir1Change();
+    void onDrive1Change();
 
-    QGroupBox *Frame1;
-    QLabel *Label1, *Label2, *Label3, *Label4, *Label5;
-    QComboBox *Combo1;
-    QLineEdit *Text1, *Text2, *Text3;
-    QComboBox *Drive1;
-    DirList *Dir1;
-    QPushButton *Command1, *Command2;
+    QGroupBox *m_Frame1;
+    QLabel *m_Label1, *m_Label2, *m_Label3, *m_Label4, *m_Label5;
+    QComboBox *m_Combo1;
+    QLineEdit *m_Text1, *m_Text2, *m_Text3;
+    QComboBox *m_Drive1;
+    DirList *m_Dir1;
+    QPushButton *m_Command1, *m_Command2;
 };
 
 } // namespace marketdata

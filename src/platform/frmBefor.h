@@ -5,6 +5,7 @@
 
 #include "Holdings.h"
 #include "store/Database.h"
+#include "ui/Form.h"
 
 #include <QMainWindow>
 
@@ -40,11 +41,6 @@ public:
     void load();
     bool rawMode() const { return m_rawMode; }
 
-    // Opens the window of a toolbar caption; any other text does nothing.
-    void toolbarClick(const QString &caption);
-    // Deletes the record of the grid's current row from the raw records.
-    void mnuDelClick();
-
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -55,30 +51,39 @@ private:
     void LoadRates();
     void quoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw,
                      float &lastClose);
-    void gridClick();
-    void gridDoubleClick();
-    void gridMouseDown(int button, int x, int y);
+    // Opens the window of a toolbar caption; any other text does nothing.
+    void onToolbar1ButtonClick(const QString &caption);
+    // Deletes the record of the grid's current row from the raw records.
+    void onMnuDelClick();
+    void onCommand1Click();
+    void onCommand2Click();
+    void onCommand3Click();
+    void onCommand4Click();
+    void onCommand5Click();
+    void onMSFlexGrid1Click();
+    void onMSFlexGrid1DblClick();
+    void onMSFlexGrid1MouseDown(int button, int x, int y);
     void openEntry(int which);
     void openReport(const QString &caption);
     void openSettings();
     QString rawQuery() const;
     void showRawRecords();
 
-    QString m_userName;
-    QString m_userPower;
+    QString m_GuName;
+    QString m_GuPower;
     store::Database m_db;
     QString m_sql;
     store::Recordset m_current;
     bool m_rawMode = false;
-    bool m_loaded = false;
+    ui::LifeCycle m_life;
     std::unique_ptr<platform::QuoteSession> m_quote;
 
-    QToolBar *m_toolbar;
-    ui::FlexGrid *m_grid;
-    QLineEdit *m_text1;
-    QLineEdit *m_text2;
-    QLineEdit *m_text3;
-    QListWidget *m_list1;
+    QToolBar *m_Toolbar1;
+    ui::FlexGrid *m_MSFlexGrid1;
+    QLineEdit *m_Text1;
+    QLineEdit *m_Text2;
+    QLineEdit *m_Text3;
+    QListWidget *m_List1;
     platform::PictureBox *m_pPic1;
     QMenu *m_mnuEdit;
 };

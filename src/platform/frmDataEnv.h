@@ -34,14 +34,14 @@ protected:
     void formLoad() override;
 
 private:
-    void command1Click();
-    void command2Click();
-    void command4Click();
+    void onCommand1Click();
+    void onCommand2Click();
+    void onCommand4Click();
 
-    QList<QLineEdit *> m_setShui;
-    QListWidget *m_list1;
-    QLineEdit *m_text10;
-    ui::FlexGrid *m_grid;
+    QList<QLineEdit *> m_SetShui;
+    QListWidget *m_List1;
+    QLineEdit *m_Text10;
+    ui::FlexGrid *m_MSHFlexGrid1;
     store::Database m_db;
     store::Recordset m_current;
     QString m_sql;

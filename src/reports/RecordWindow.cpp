@@ -11,14 +11,14 @@ namespace reports {
 RecordWindow::RecordWindow(const QString &objectName, const QString &title, OnError fillErrors, QWidget *parent)
     : ReportWindow(objectName, title, FileMenu::PopUp, parent), m_fillErrors(fillErrors)
 {
-    connect(MSFlexGrid1, &ui::FlexGrid::gridMouseDown, this,
-            base::guarded([this](int button, int x, int y) { gridMouseDown(button, x, y); }));
-    connect(mnudel, &QAction::triggered, this, base::guarded([this](bool) { deleteRecord(); }));
+    connect(m_MSFlexGrid1, &ui::FlexGrid::gridMouseDown, this,
+            base::guarded([this](int button, int x, int y) { onMSFlexGrid1MouseDown(button, x, y); }));
+    connect(m_mnudel, &QAction::triggered, this, base::guarded([this](bool) { onMnudelClick(); }));
 }
 
 int16_t RecordWindow::SeachA(QString Sqltxt)
 {
-    return fillGridFromQuery(m_db, *MSFlexGrid1, m_rs, Sqltxt, m_fillErrors, FieldLayout::SkipFirst);
+    return fillGridFromQuery(m_db, *m_MSFlexGrid1, m_rs, Sqltxt, m_fillErrors, FieldLayout::SkipFirst);
 }
 
 void RecordWindow::FillGrid()
@@ -33,15 +33,15 @@ void RecordWindow::formUnload()
     ReportWindow::formUnload();
 }
 
-void RecordWindow::gridMouseDown(int button, int x, int y)
+void RecordWindow::onMSFlexGrid1MouseDown(int button, int x, int y)
 {
     if (button == 2)
-        mnufile->popup(MSFlexGrid1->viewport()->mapToGlobal(QPoint(x, y)));
+        m_mnufile->popup(m_MSFlexGrid1->viewport()->mapToGlobal(QPoint(x, y)));
 }
 
-void RecordWindow::deleteRecord()
+void RecordWindow::onMnudelClick()
 {
-    if (!deleteShownRecord(m_rs, MSFlexGrid1->row()))
+    if (!deleteShownRecord(m_rs, m_MSFlexGrid1->row()))
         return;
     m_Sqltxt = buildQuery();
     SeachA(m_Sqltxt);

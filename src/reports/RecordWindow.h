@@ -29,8 +29,8 @@ protected:
     store::Recordset m_rs;
 
 private:
-    void gridMouseDown(int button, int x, int y);
-    void deleteRecord();
+    void onMSFlexGrid1MouseDown(int button, int x, int y);
+    void onMnudelClick();
 
     OnError m_fillErrors;
 };

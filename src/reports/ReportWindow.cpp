@@ -1,5 +1,6 @@
 #include "ReportWindow.h"
 
+#include "ui/Controls.h"
 #include "ui/FlexGrid.h"
 
 #include <QMenu>
@@ -10,21 +11,18 @@
 namespace reports {
 
 ReportWindow::ReportWindow(const QString &objectName, const QString &title, FileMenu fileMenu, QWidget *parent)
-    : ui::Form(parent), MSFlexGrid1(new ui::FlexGrid(this)), m_title(title)
+    : ui::Form(parent), m_MSFlexGrid1(ui::flexGrid(this, "MSFlexGrid1")), m_title(title)
 {
     setObjectName(objectName);
-    MSFlexGrid1->setObjectName(QStringLiteral("MSFlexGrid1"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
-    layout->addWidget(MSFlexGrid1);
+    layout->addWidget(m_MSFlexGrid1);
     if (fileMenu != FileMenu::None) {
-        mnufile = new QMenu(QStringLiteral("文件"), this);
-        mnufile->setObjectName(QStringLiteral("mnufile"));
-        mnudel = mnufile->addAction(QStringLiteral("删除"));
-        mnudel->setObjectName(QStringLiteral("mnudel"));
+        m_mnufile = ui::named(new QMenu(QStringLiteral("文件"), this), "mnufile");
+        m_mnudel = ui::named(m_mnufile->addAction(QStringLiteral("删除")), "mnudel");
         if (fileMenu == FileMenu::MenuBar) {
             auto *bar = new QMenuBar(this);
-            bar->addMenu(mnufile);
+            bar->addMenu(m_mnufile);
             layout->setMenuBar(bar);
         }
     }
@@ -43,8 +41,8 @@ void ReportWindow::formLoad()
     m_db = store::openUserDatabase();
     // The grid is filled before the window is first painted. Hidden, the
     // view skips the scrolling and repainting work of every cell change.
-    MSFlexGrid1->hide();
-    const auto showGrid = qScopeGuard([this] { MSFlexGrid1->show(); });
+    m_MSFlexGrid1->hide();
+    const auto showGrid = qScopeGuard([this] { m_MSFlexGrid1->show(); });
     // The per-stock windows run hundreds of queries: one read transaction.
     const store::ReadBatch batch(m_db);
     FillGrid();

@@ -23,7 +23,7 @@ public:
     // rights text; touches neither controls nor the database.
     void GetMame(const QString &GuName, const QString &GuPower);
 
-    ui::FlexGrid *grid() const { return MSFlexGrid1; }
+    ui::FlexGrid *grid() const { return m_MSFlexGrid1; }
 
 protected:
     // Where the window carries mnufile: not at all, in its menu bar (the
@@ -43,9 +43,9 @@ protected:
     QString m_GuName;
     QString m_GuPower;
     store::Database m_db;
-    ui::FlexGrid *MSFlexGrid1;
-    QMenu *mnufile = nullptr;
-    QAction *mnudel = nullptr;
+    ui::FlexGrid *m_MSFlexGrid1;
+    QMenu *m_mnufile = nullptr;
+    QAction *m_mnudel = nullptr;
 
 private:
     QString m_title;

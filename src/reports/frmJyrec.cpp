@@ -26,7 +26,7 @@ frmJyrec::frmJyrec(QWidget *parent)
 
 void frmJyrec::FillGrid()
 {
-    ui::FlexGrid &grid = *MSFlexGrid1;
+    ui::FlexGrid &grid = *m_MSFlexGrid1;
     const ui::FlexGrid::BulkUpdate bulk(grid);
     grid.clear();
     grid.setCols(9);
@@ -57,7 +57,7 @@ void frmJyrec::FillGrid()
 
 int16_t frmJyrec::appendTrades(const QString &code, bool purchase, int16_t r)
 {
-    ui::FlexGrid &grid = *MSFlexGrid1;
+    ui::FlexGrid &grid = *m_MSFlexGrid1;
     store::Recordset rs = m_db.openRecordset(sql::tradeRows(m_GuName, code, purchase));
     if (isEmpty(rs))
         return r;

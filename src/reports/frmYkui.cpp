@@ -23,7 +23,7 @@ frmYkui::frmYkui(QWidget *parent)
 
 void frmYkui::FillGrid()
 {
-    ui::FlexGrid &grid = *MSFlexGrid1;
+    ui::FlexGrid &grid = *m_MSFlexGrid1;
     const ui::FlexGrid::BulkUpdate bulk(grid);
     grid.clear();
     grid.setCols(8);

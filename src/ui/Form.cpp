@@ -6,12 +6,37 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTextEdit>
 
 namespace ui {
 
-Form::Form(QWidget *parent) : QDialog(parent)
+LifeCycle::LifeCycle(std::function<void()> onLoad, std::function<void()> onUnload)
+    : m_onLoad(std::move(onLoad)), m_onUnload(std::move(onUnload))
+{
+}
+
+void LifeCycle::load()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    m_unloaded = false;
+    if (m_onLoad)
+        base::guard(m_onLoad);
+}
+
+void LifeCycle::unload()
+{
+    if (m_loaded && !m_unloaded) {
+        m_unloaded = true;
+        if (m_onUnload)
+            base::guard(m_onUnload);
+    }
+    m_loaded = false;
+}
+
+Form::Form(QWidget *parent)
+    : QDialog(parent), m_life([this] { formLoad(); }, [this] { formUnload(); })
 {
     setWindowTitle(QStringLiteral("Tessaly"));
 }
@@ -20,21 +45,12 @@ Form::~Form() = default;
 
 void Form::load()
 {
-    if (m_loaded)
-        return;
-    m_loaded = true;
-    m_unloaded = false;
-    base::guard([this] { formLoad(); });
+    m_life.load();
 }
 
 void Form::unload()
 {
-    if (m_loaded && !m_unloaded) {
-        m_unloaded = true;
-        base::guard([this] { formUnload(); });
-    }
-    m_loaded = false;
-    QDialog::done(QDialog::Rejected);
+    done(QDialog::Rejected);
 }
 
 void Form::showEvent(QShowEvent *event)
@@ -45,22 +61,14 @@ void Form::showEvent(QShowEvent *event)
 
 void Form::closeEvent(QCloseEvent *event)
 {
-    if (m_loaded && !m_unloaded) {
-        m_unloaded = true;
-        base::guard([this] { formUnload(); });
-    }
-    m_loaded = false;
+    m_life.unload();
     QDialog::closeEvent(event);
 }
 
 void Form::done(int r)
 {
-    // Esc and accept/reject end up here.
-    if (m_loaded && !m_unloaded) {
-        m_unloaded = true;
-        base::guard([this] { formUnload(); });
-    }
-    m_loaded = false;
+    // Esc, accept/reject and unload() end up here.
+    m_life.unload();
     QDialog::done(r);
 }
 
@@ -143,14 +151,6 @@ void focusAndSelect(QWidget *w)
         sb->selectAll();
     else if (auto *te = qobject_cast<QTextEdit *>(w))
         te->selectAll();
-}
-
-QPushButton *button(QWidget *parent, const char *name, const QString &caption)
-{
-    auto *b = new QPushButton(caption, parent);
-    b->setObjectName(QLatin1String(name));
-    b->setAutoDefault(false);
-    return b;
 }
 
 } // namespace ui

@@ -4,7 +4,8 @@
 // ui::Form is a dialog with the two moments of a window's life that the
 // program hangs work on: load (the first time it is shown, after the opener
 // has handed it the user through GetMame) and unload (when it closes, however
-// that happens). Both run through the error guard.
+// that happens). Both run through the error guard; ui::LifeCycle holds that
+// sequence for the dialogs and for the main window alike.
 //
 // Keyboard: onEnter() runs an action when Enter (or the keypad Enter) is
 // pressed in a widget; focusAndSelect() gives a widget the focus and selects
@@ -14,9 +15,26 @@
 
 #include <functional>
 
-class QPushButton;
-
 namespace ui {
+
+// Load once, unload once after each load, both through the error guard.
+class LifeCycle {
+public:
+    explicit LifeCycle(std::function<void()> onLoad, std::function<void()> onUnload = {});
+
+    bool isLoaded() const { return m_loaded; }
+    // Runs the load unless it has run since the last unload.
+    void load();
+    // Runs the unload if a load has run and no unload since (an unload that
+    // closes the window again does not run it twice).
+    void unload();
+
+private:
+    std::function<void()> m_onLoad;
+    std::function<void()> m_onUnload;
+    bool m_loaded = false;
+    bool m_unloaded = false;
+};
 
 class Form : public QDialog {
     Q_OBJECT
@@ -24,7 +42,7 @@ public:
     explicit Form(QWidget *parent = nullptr);
     ~Form() override;
 
-    bool isLoaded() const { return m_loaded; }
+    bool isLoaded() const { return m_life.isLoaded(); }
     // Runs the load now if it has not run (the first show does it otherwise).
     void load();
     // Closes the window: runs the unload, then hides it and ends exec().
@@ -39,8 +57,7 @@ protected:
     void done(int r) override;
 
 private:
-    bool m_loaded = false;
-    bool m_unloaded = false;
+    LifeCycle m_life;
 };
 
 void onEnter(QWidget *w, std::function<void()> action);
@@ -50,9 +67,5 @@ void focusAndSelect(QWidget *w);
 // Runs `action` once from the event loop after the first paint of `w` has
 // ended (never when `w` is destroyed first).
 void afterFirstPaint(QWidget *w, std::function<void()> action);
-
-// A push button named `name` (its objectName) that does not take Enter as
-// the default button: Enter belongs to the field chains of the windows.
-QPushButton *button(QWidget *parent, const char *name, const QString &caption);
 
 } // namespace ui

@@ -4,6 +4,7 @@
 #include "analysis/Journal.h"
 #include "analysis/Money.h"
 #include "base/ErrorGuard.h"
+#include "ui/Controls.h"
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
@@ -18,53 +19,42 @@
 
 namespace analysis {
 
-namespace {
-QLineEdit *box(QWidget *parent, const char *name)
-{
-    auto *e = new QLineEdit(parent);
-    e->setObjectName(QString::fromLatin1(name));
-    return e;
-}
-} // namespace
-
 frmActions::frmActions(QWidget *parent) : ui::Form(parent)
 {
     setObjectName(QStringLiteral("frmActions"));
     setWindowTitle(QStringLiteral("Tessaly"));
-    txtCode = box(this, "txtCode");
-    dtpExDate = new QDateEdit(QDate::currentDate(), this);
-    dtpExDate->setObjectName(QStringLiteral("dtpExDate"));
-    dtpExDate->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    dtpExDate->setCalendarPopup(true);
-    txtBonus = box(this, "txtBonus");
-    txtTransfer = box(this, "txtTransfer");
-    txtCash = box(this, "txtCash");
-    txtTaxAmount = box(this, "txtTaxAmount");
-    txtTaxRate = box(this, "txtTaxRate");
-    txtRights = box(this, "txtRights");
-    txtRightsPrice = box(this, "txtRightsPrice");
-    chkRightsTaken = new QCheckBox(QStringLiteral("参与配股"), this);
-    chkRightsTaken->setObjectName(QStringLiteral("chkRightsTaken"));
-    txtNote = box(this, "txtNote");
+    m_txtCode = ui::textBox(this, "txtCode");
+    m_dtpExDate = ui::named(new QDateEdit(QDate::currentDate(), this), "dtpExDate");
+    m_dtpExDate->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    m_dtpExDate->setCalendarPopup(true);
+    m_txtBonus = ui::textBox(this, "txtBonus");
+    m_txtTransfer = ui::textBox(this, "txtTransfer");
+    m_txtCash = ui::textBox(this, "txtCash");
+    m_txtTaxAmount = ui::textBox(this, "txtTaxAmount");
+    m_txtTaxRate = ui::textBox(this, "txtTaxRate");
+    m_txtRights = ui::textBox(this, "txtRights");
+    m_txtRightsPrice = ui::textBox(this, "txtRightsPrice");
+    m_chkRightsTaken = ui::named(new QCheckBox(QStringLiteral("参与配股"), this), "chkRightsTaken");
+    m_txtNote = ui::textBox(this, "txtNote");
 
     auto *form = new QFormLayout;
-    form->addRow(QStringLiteral("股票代码"), txtCode);
-    form->addRow(QStringLiteral("除权日期"), dtpExDate);
-    form->addRow(QStringLiteral("每 10 股送股"), txtBonus);
-    form->addRow(QStringLiteral("每 10 股转增"), txtTransfer);
-    form->addRow(QStringLiteral("每 10 股派息（元，税前）"), txtCash);
-    form->addRow(QStringLiteral("扣税金额（元）"), txtTaxAmount);
-    form->addRow(QStringLiteral("或扣税比例（%）"), txtTaxRate);
-    form->addRow(QStringLiteral("每 10 股配股"), txtRights);
-    form->addRow(QStringLiteral("配股价格（元）"), txtRightsPrice);
-    form->addRow(QString(), chkRightsTaken);
-    form->addRow(QStringLiteral("备注"), txtNote);
+    form->addRow(QStringLiteral("股票代码"), m_txtCode);
+    form->addRow(QStringLiteral("除权日期"), m_dtpExDate);
+    form->addRow(QStringLiteral("每 10 股送股"), m_txtBonus);
+    form->addRow(QStringLiteral("每 10 股转增"), m_txtTransfer);
+    form->addRow(QStringLiteral("每 10 股派息（元，税前）"), m_txtCash);
+    form->addRow(QStringLiteral("扣税金额（元）"), m_txtTaxAmount);
+    form->addRow(QStringLiteral("或扣税比例（%）"), m_txtTaxRate);
+    form->addRow(QStringLiteral("每 10 股配股"), m_txtRights);
+    form->addRow(QStringLiteral("配股价格（元）"), m_txtRightsPrice);
+    form->addRow(QString(), m_chkRightsTaken);
+    form->addRow(QStringLiteral("备注"), m_txtNote);
 
     QPushButton *cmdAdd = ui::button(this, "cmdAdd", QStringLiteral("登记"));
     QPushButton *cmdDelete = ui::button(this, "cmdDelete", QStringLiteral("删除"));
     QPushButton *cmdClose = ui::button(this, "cmdClose", QStringLiteral("关闭"));
-    connect(cmdAdd, &QPushButton::clicked, this, base::guarded([this] { addClick(); }));
-    connect(cmdDelete, &QPushButton::clicked, this, base::guarded([this] { deleteClick(); }));
+    connect(cmdAdd, &QPushButton::clicked, this, base::guarded([this] { onCmdAddClick(); }));
+    connect(cmdDelete, &QPushButton::clicked, this, base::guarded([this] { onCmdDeleteClick(); }));
     connect(cmdClose, &QPushButton::clicked, this, [this] { unload(); });
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdAdd);
@@ -72,10 +62,9 @@ frmActions::frmActions(QWidget *parent) : ui::Form(parent)
     buttons->addStretch(1);
     buttons->addWidget(cmdClose);
 
-    gridActions = new ui::FlexGrid(this);
-    gridActions->setObjectName(QStringLiteral("gridActions"));
-    auto *note = new QLabel(QStringLiteral("分红送配只用于投资分析；交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"), this);
-    note->setObjectName(QStringLiteral("lblNote"));
+    m_gridActions = ui::flexGrid(this, "gridActions");
+    auto *note = ui::label(this, "lblNote",
+                           QStringLiteral("分红送配只用于投资分析；交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"));
     note->setWordWrap(true);
 
     auto *left = new QVBoxLayout;
@@ -83,7 +72,7 @@ frmActions::frmActions(QWidget *parent) : ui::Form(parent)
     left->addLayout(buttons);
     left->addStretch(1);
     auto *right = new QVBoxLayout;
-    right->addWidget(gridActions, 1);
+    right->addWidget(m_gridActions, 1);
     right->addWidget(note);
     auto *top = new QHBoxLayout(this);
     top->addLayout(left);
@@ -102,7 +91,7 @@ void frmActions::formLoad()
 {
     setWindowTitle(m_GuName + QStringLiteral("  分红送配"));
     m_db = store::openUserDatabase();
-    txtCode->setText(m_Code1);
+    m_txtCode->setText(m_Code1);
     fillList();
 }
 
@@ -115,26 +104,26 @@ void frmActions::fillList()
     m_ids.clear();
     for (const ActionResult &r : a.actions)
         m_ids.push_back(r.action.id);
-    showTable(*gridActions, actionTable(a), {1100, 800, 600, 600, 700, 1300, 800, 900, 1800});
+    showTable(*m_gridActions, actionTable(a), {1100, 800, 600, 600, 700, 1300, 800, 900, 1800});
 }
 
-void frmActions::addClick()
+void frmActions::onCmdAddClick()
 {
     CorporateAction a;
-    a.code = txtCode->text().trimmed();
-    a.exDate = dtpExDate->date();
-    a.rightsTaken = chkRightsTaken->isChecked();
-    a.note = txtNote->text().trimmed();
+    a.code = m_txtCode->text().trimmed();
+    a.exDate = m_dtpExDate->date();
+    a.rightsTaken = m_chkRightsTaken->isChecked();
+    a.note = m_txtNote->text().trimmed();
     const struct {
         QLineEdit *box;
         const char *label;
         int decimals;
         int64_t *target;
     } fields[] = {
-        {txtBonus, "送股", 4, &a.bonusPer10},        {txtTransfer, "转增", 4, &a.transferPer10},
-        {txtCash, "派息", 4, &a.cashPer10},          {txtTaxAmount, "扣税金额", 2, &a.taxFen},
-        {txtTaxRate, "扣税比例", 2, &a.taxRate},     {txtRights, "配股", 4, &a.rightsPer10},
-        {txtRightsPrice, "配股价格", 4, &a.rightsPrice},
+        {m_txtBonus, "送股", 4, &a.bonusPer10},        {m_txtTransfer, "转增", 4, &a.transferPer10},
+        {m_txtCash, "派息", 4, &a.cashPer10},          {m_txtTaxAmount, "扣税金额", 2, &a.taxFen},
+        {m_txtTaxRate, "扣税比例", 2, &a.taxRate},     {m_txtRights, "配股", 4, &a.rightsPer10},
+        {m_txtRightsPrice, "配股价格", 4, &a.rightsPrice},
     };
     for (const auto &f : fields) {
         const auto v = parseScaled(f.box->text(), f.decimals);
@@ -153,15 +142,15 @@ void frmActions::addClick()
     }
     analysis::addAction(m_db, m_GuName, a);
     m_changed = true;
-    for (QLineEdit *e : {txtBonus, txtTransfer, txtCash, txtTaxAmount, txtTaxRate, txtRights, txtRightsPrice, txtNote})
+    for (QLineEdit *e : {m_txtBonus, m_txtTransfer, m_txtCash, m_txtTaxAmount, m_txtTaxRate, m_txtRights, m_txtRightsPrice, m_txtNote})
         e->clear();
-    chkRightsTaken->setChecked(false);
+    m_chkRightsTaken->setChecked(false);
     fillList();
 }
 
-void frmActions::deleteClick()
+void frmActions::onCmdDeleteClick()
 {
-    const int row = gridActions->row();
+    const int row = m_gridActions->row();
     if (row < 1 || row > int(m_ids.size()))
         return;
     if (deleteAction(m_db, m_GuName, m_ids[size_t(row - 1)]))

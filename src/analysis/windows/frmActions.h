@@ -34,8 +34,8 @@ protected:
     void formUnload() override;
 
 private:
-    void addClick();
-    void deleteClick();
+    void onCmdAddClick();
+    void onCmdDeleteClick();
     void fillList();
 
     QString m_GuName;
@@ -45,18 +45,18 @@ private:
     std::vector<int64_t> m_ids; // action id of each list row
     bool m_changed = false;
 
-    QLineEdit *txtCode;
-    QDateEdit *dtpExDate;
-    QLineEdit *txtBonus;
-    QLineEdit *txtTransfer;
-    QLineEdit *txtCash;
-    QLineEdit *txtTaxAmount;
-    QLineEdit *txtTaxRate;
-    QLineEdit *txtRights;
-    QLineEdit *txtRightsPrice;
-    QCheckBox *chkRightsTaken;
-    QLineEdit *txtNote;
-    ui::FlexGrid *gridActions;
+    QLineEdit *m_txtCode;
+    QDateEdit *m_dtpExDate;
+    QLineEdit *m_txtBonus;
+    QLineEdit *m_txtTransfer;
+    QLineEdit *m_txtCash;
+    QLineEdit *m_txtTaxAmount;
+    QLineEdit *m_txtTaxRate;
+    QLineEdit *m_txtRights;
+    QLineEdit *m_txtRightsPrice;
+    QCheckBox *m_chkRightsTaken;
+    QLineEdit *m_txtNote;
+    ui::FlexGrid *m_gridActions;
 };
 
 } // namespace analysis

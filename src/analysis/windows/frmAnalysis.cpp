@@ -7,6 +7,7 @@
 #include "analysis/Settings.h"
 #include "base/ErrorGuard.h"
 #include "store/Database.h"
+#include "ui/Controls.h"
 #include "ui/FlexGrid.h"
 #include "ui/MsgBox.h"
 
@@ -37,58 +38,50 @@ frmAnalysis::frmAnalysis(QWidget *parent) : ui::Form(parent)
     setObjectName(QStringLiteral("frmAnalysis"));
     setWindowTitle(QStringLiteral("Tessaly"));
 
-    optAverage = new QRadioButton(QStringLiteral("移动平均"), this);
-    optAverage->setObjectName(QStringLiteral("optAverage"));
-    optFifo = new QRadioButton(QStringLiteral("先进先出"), this);
-    optFifo->setObjectName(QStringLiteral("optFifo"));
-    auto *group = new QButtonGroup(this);
-    group->addButton(optAverage);
-    group->addButton(optFifo);
-    optAverage->setChecked(true);
-    connect(group, &QButtonGroup::buttonClicked, this, base::guarded([this] { methodChanged(); }));
+    m_optAverage = ui::named(new QRadioButton(QStringLiteral("移动平均"), this), "optAverage");
+    m_optFifo = ui::named(new QRadioButton(QStringLiteral("先进先出"), this), "optFifo");
+    auto *group = ui::named(new QButtonGroup(this), "optMethod");
+    group->addButton(m_optAverage);
+    group->addButton(m_optFifo);
+    m_optAverage->setChecked(true);
+    connect(group, &QButtonGroup::buttonClicked, this, base::guarded([this] { onOptMethodClick(); }));
 
     QPushButton *cmdActions = ui::button(this, "cmdActions", QStringLiteral("分红送配"));
     QPushButton *cmdExport = ui::button(this, "cmdExport", QStringLiteral("导出"));
     QPushButton *cmdClose = ui::button(this, "cmdClose", QStringLiteral("关闭"));
-    connect(cmdActions, &QPushButton::clicked, this, base::guarded([this] { actionsClick(); }));
-    connect(cmdExport, &QPushButton::clicked, this, base::guarded([this] { exportClick(); }));
+    connect(cmdActions, &QPushButton::clicked, this, base::guarded([this] { onCmdActionsClick(); }));
+    connect(cmdExport, &QPushButton::clicked, this, base::guarded([this] { onCmdExportClick(); }));
     connect(cmdClose, &QPushButton::clicked, this, [this] { unload(); });
 
     auto *top = new QHBoxLayout;
     top->addWidget(new QLabel(QStringLiteral("成本计算："), this));
-    top->addWidget(optAverage);
-    top->addWidget(optFifo);
+    top->addWidget(m_optAverage);
+    top->addWidget(m_optFifo);
     top->addStretch(1);
     top->addWidget(cmdActions);
     top->addWidget(cmdExport);
     top->addWidget(cmdClose);
 
-    tabAnalysis = new QTabWidget(this);
-    tabAnalysis->setObjectName(QStringLiteral("tabAnalysis"));
-    gridStocks = new ui::FlexGrid(this);
-    gridStocks->setObjectName(QStringLiteral("gridStocks"));
-    gridTrades = new ui::FlexGrid(this);
-    gridTrades->setObjectName(QStringLiteral("gridTrades"));
-    chartValues = new ValueChart(this);
-    chartValues->setObjectName(QStringLiteral("chartValues"));
-    tabAnalysis->addTab(gridStocks, QStringLiteral("个股"));
-    tabAnalysis->addTab(gridTrades, QStringLiteral("交易"));
-    tabAnalysis->addTab(chartValues, QStringLiteral("市值走势"));
+    m_tabAnalysis = ui::named(new QTabWidget(this), "tabAnalysis");
+    m_gridStocks = ui::flexGrid(this, "gridStocks");
+    m_gridTrades = ui::flexGrid(this, "gridTrades");
+    m_chartValues = ui::named(new ValueChart(this), "chartValues");
+    m_tabAnalysis->addTab(m_gridStocks, QStringLiteral("个股"));
+    m_tabAnalysis->addTab(m_gridTrades, QStringLiteral("交易"));
+    m_tabAnalysis->addTab(m_chartValues, QStringLiteral("市值走势"));
 
-    lblSummary = new QLabel(this);
-    lblSummary->setObjectName(QStringLiteral("lblSummary"));
-    lblSummary->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    lblSummary->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    lblSummary->setMinimumWidth(210);
-    auto *note = new QLabel(QStringLiteral("金额精确到分，手续费按交易明细的费率和最低收费计算，并计入分红送配。"
-                                           "交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"),
-                            this);
-    note->setObjectName(QStringLiteral("lblNote"));
+    m_lblSummary = ui::label(this, "lblSummary");
+    m_lblSummary->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_lblSummary->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    m_lblSummary->setMinimumWidth(210);
+    auto *note = ui::label(this, "lblNote",
+                           QStringLiteral("金额精确到分，手续费按交易明细的费率和最低收费计算，并计入分红送配。"
+                                          "交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"));
     note->setWordWrap(true);
 
     auto *middle = new QHBoxLayout;
-    middle->addWidget(tabAnalysis, 1);
-    middle->addWidget(lblSummary);
+    middle->addWidget(m_tabAnalysis, 1);
+    middle->addWidget(m_lblSummary);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(top);
     layout->addLayout(middle, 1);
@@ -108,7 +101,7 @@ void frmAnalysis::formLoad()
     // One handle for the load: opening the file derives its key, which takes a while.
     store::Database db = store::openUserDatabase();
     m_method = savedCostMethod(db, m_GuName);
-    (m_method == CostMethod::Fifo ? optFifo : optAverage)->setChecked(true);
+    (m_method == CostMethod::Fifo ? m_optFifo : m_optAverage)->setChecked(true);
     readJournal(db);
     db.close();
 }
@@ -117,30 +110,30 @@ void frmAnalysis::readJournal(store::Database &db)
 {
     m_journal = loadJournal(db, m_GuName);
     m_prices = readPrices(m_journal);
-    chartValues->setSeries(valueSeries(m_journal, m_prices));
+    m_chartValues->setSeries(valueSeries(m_journal, m_prices));
     refresh();
 }
 
 void frmAnalysis::refresh()
 {
     m_analysis = analyse(m_journal, m_method, m_prices, QDate::currentDate());
-    showTable(*gridStocks, stockTable(m_analysis), {900, 1000, 900, 1200, 900, 800, 1200, 1100, 1100, 900, 900, 2200});
-    showTable(*gridTrades, tradeTable(m_analysis),
+    showTable(*m_gridStocks, stockTable(m_analysis), {900, 1000, 900, 1200, 900, 800, 1200, 1100, 1100, 900, 900, 2200});
+    showTable(*m_gridTrades, tradeTable(m_analysis),
               {1200, 900, 1000, 600, 900, 900, 900, 1200, 1200, 1100, 3600});
     // Rows with a problem stand out in red.
-    const int problemCol = gridTrades->cols() - 1;
-    for (int r = 1; r < gridTrades->rows(); ++r)
-        if (!gridTrades->textMatrix(r, problemCol).isEmpty())
-            gridTrades->gridModel()->setForeColor(r, problemCol, QColor(255, 0, 0));
+    const int problemCol = m_gridTrades->cols() - 1;
+    for (int r = 1; r < m_gridTrades->rows(); ++r)
+        if (!m_gridTrades->textMatrix(r, problemCol).isEmpty())
+            m_gridTrades->gridModel()->setForeColor(r, problemCol, QColor(255, 0, 0));
     QString text;
     for (const QStringList &row : summaryTable(m_analysis).rows)
         text += row[0] + QStringLiteral("：") + row[1] + u'\n';
-    lblSummary->setText(text.trimmed());
+    m_lblSummary->setText(text.trimmed());
 }
 
-void frmAnalysis::methodChanged()
+void frmAnalysis::onOptMethodClick()
 {
-    const CostMethod chosen = optFifo->isChecked() ? CostMethod::Fifo : CostMethod::MovingAverage;
+    const CostMethod chosen = m_optFifo->isChecked() ? CostMethod::Fifo : CostMethod::MovingAverage;
     if (chosen == m_method)
         return;
     m_method = chosen;
@@ -150,12 +143,12 @@ void frmAnalysis::methodChanged()
     refresh();
 }
 
-void frmAnalysis::actionsClick()
+void frmAnalysis::onCmdActionsClick()
 {
     frmActions w(this);
-    const int r = gridStocks->row();
-    const bool stockRow = r >= 1 && r < gridStocks->rows() - 1; // not the header, not the total
-    w.GetMame(m_GuName, m_GuPower, stockRow ? gridStocks->textMatrix(r, 1) : QString());
+    const int r = m_gridStocks->row();
+    const bool stockRow = r >= 1 && r < m_gridStocks->rows() - 1; // not the header, not the total
+    w.GetMame(m_GuName, m_GuPower, stockRow ? m_gridStocks->textMatrix(r, 1) : QString());
     w.exec();
     if (w.changed()) {
         store::Database db = store::openUserDatabase();
@@ -166,19 +159,19 @@ void frmAnalysis::actionsClick()
 
 Table frmAnalysis::currentTable() const
 {
-    switch (tabAnalysis->currentIndex()) {
+    switch (m_tabAnalysis->currentIndex()) {
     case 1:
         return tradeTable(m_analysis);
     case 2:
-        return valueTable(chartValues->series());
+        return valueTable(m_chartValues->series());
     default:
         return stockTable(m_analysis);
     }
 }
 
-void frmAnalysis::exportClick()
+void frmAnalysis::onCmdExportClick()
 {
-    const QString suggested = m_GuName + u'-' + tabAnalysis->tabText(tabAnalysis->currentIndex()) + QStringLiteral(".csv");
+    const QString suggested = m_GuName + u'-' + m_tabAnalysis->tabText(m_tabAnalysis->currentIndex()) + QStringLiteral(".csv");
     const QString path = chooser() ? chooser()(suggested)
                                    : QFileDialog::getSaveFileName(this, QStringLiteral("导出"), suggested,
                                                                   QStringLiteral("CSV 文件 (*.csv)"));

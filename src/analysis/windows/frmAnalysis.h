@@ -48,9 +48,9 @@ protected:
 private:
     void readJournal(store::Database &db);
     void refresh();
-    void methodChanged();
-    void actionsClick();
-    void exportClick();
+    void onOptMethodClick();
+    void onCmdActionsClick();
+    void onCmdExportClick();
     Table currentTable() const;
 
     QString m_GuName;
@@ -60,13 +60,13 @@ private:
     CostMethod m_method = CostMethod::MovingAverage;
     Analysis m_analysis;
 
-    QRadioButton *optAverage;
-    QRadioButton *optFifo;
-    QTabWidget *tabAnalysis;
-    ui::FlexGrid *gridStocks;
-    ui::FlexGrid *gridTrades;
-    ValueChart *chartValues;
-    QLabel *lblSummary;
+    QRadioButton *m_optAverage;
+    QRadioButton *m_optFifo;
+    QTabWidget *m_tabAnalysis;
+    ui::FlexGrid *m_gridStocks;
+    ui::FlexGrid *m_gridTrades;
+    ValueChart *m_chartValues;
+    QLabel *m_lblSummary;
 };
 
 } // namespace analysis
