@@ -11,7 +11,7 @@ CashWindow::CashWindow(const CashKind &kind, QWidget *parent)
 
 void CashWindow::onCommand2Click()
 {
-    storeCash(m_kind, CashInput{userName(), date(), text(2)->text(), text(3)->text()});
+    storeCash(m_kind, CashInput{m_GuName, date(), text(2)->text(), text(3)->text()});
     clearForNextEntry();
 }
 

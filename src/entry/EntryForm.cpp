@@ -17,7 +17,7 @@ namespace entry {
 
 EntryForm::EntryForm(const QString &captionWord, const QStringList &labels, bool selectsCodeOnDateEnter,
                      QWidget *parent)
-    : ui::Form(parent), m_captionWord(captionWord)
+    : ui::UserForm(captionWord, parent)
 {
     m_Frame1 = ui::frame(this, "Frame1");
     auto *grid = new QGridLayout(m_Frame1);
@@ -69,17 +69,6 @@ EntryForm::EntryForm(const QString &captionWord, const QStringList &labels, bool
 
     connect(m_Command2, &QPushButton::clicked, this, base::guarded([this](bool) { onCommand2Click(); }));
     connect(m_Command3, &QPushButton::clicked, this, base::guarded([this](bool) { unload(); }));
-}
-
-void EntryForm::GetMame(QString GuName, QString GuPower)
-{
-    m_GuName = std::move(GuName);
-    m_GuPower = std::move(GuPower);
-}
-
-void EntryForm::formLoad()
-{
-    setWindowTitle(m_GuName + m_captionWord);
 }
 
 QDate EntryForm::date() const

@@ -6,7 +6,7 @@
 //
 // Enter moves on: from the picker to Text2, from each box to the next one
 // with its whole text selected, from the last box to Command2. Command2 runs
-// confirm(); Command3 unloads the window. The caption is the user name handed
+// onCommand2Click(); Command3 unloads the window. The caption is the user name handed
 // over by GetMame followed by the window's caption word.
 
 #include "ui/Form.h"
@@ -23,23 +23,14 @@ class QPushButton;
 
 namespace entry {
 
-class EntryForm : public ui::Form {
+class EntryForm : public ui::UserForm {
     Q_OBJECT
-public:
-    // The main window calls this before showing the window.
-    void GetMame(QString GuName, QString GuPower);
-
-    const QString &userName() const { return m_GuName; }
-    const QString &userPower() const { return m_GuPower; }
-
 protected:
     // labels: the picker's label, then one label per text box (Text2 onwards).
     EntryForm(const QString &captionWord, const QStringList &labels, bool selectsCodeOnDateEnter,
               QWidget *parent);
 
-    void formLoad() override;
-
-    // Command2; runs inside the error guard.
+    // Runs inside the error guard.
     virtual void onCommand2Click() = 0;
 
     // TextN (n from 2).
@@ -56,9 +47,6 @@ protected:
     QPushButton *m_Command3 = nullptr;
 
 private:
-    QString m_captionWord;
-    QString m_GuName;
-    QString m_GuPower;
     QList<QLabel *> m_labels;
     QList<QLineEdit *> m_boxes;
 };

@@ -28,7 +28,7 @@ TradeWindow::TradeWindow(const TradeKind &kind, QWidget *parent)
 
 void TradeWindow::onCommand2Click()
 {
-    const TradeInput input{userName(),      date(),          text(2)->text(), text(3)->text(),
+    const TradeInput input{m_GuName,        date(),          text(2)->text(), text(3)->text(),
                            text(4)->text(), text(5)->text(), text(6)->text()};
     const QString refusal = storeTrade(m_kind, input);
     if (!refusal.isEmpty()) {

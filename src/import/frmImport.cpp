@@ -39,7 +39,7 @@ QString separatorName(QChar c)
 
 } // namespace
 
-frmImport::frmImport(QWidget *parent) : ui::Form(parent)
+frmImport::frmImport(QWidget *parent) : ui::UserForm(QStringLiteral("  导入交割单"), parent)
 {
     setObjectName(QStringLiteral("frmImport"));
     setWindowTitle(QStringLiteral("导入交割单"));
@@ -89,17 +89,6 @@ frmImport::frmImport(QWidget *parent) : ui::Form(parent)
 }
 
 frmImport::~frmImport() = default;
-
-void frmImport::GetMame(const QString &GuName, const QString &GuPower)
-{
-    m_GuName = GuName;
-    m_GuPower = GuPower;
-}
-
-void frmImport::formLoad()
-{
-    setWindowTitle(m_GuName + QStringLiteral("  导入交割单"));
-}
 
 void frmImport::onCommand1Click()
 {

@@ -19,18 +19,14 @@ namespace ui {
 class FlexGrid;
 }
 
-class frmImport : public ui::Form {
+class frmImport : public ui::UserForm {
     Q_OBJECT
 public:
     explicit frmImport(QWidget *parent = nullptr);
     ~frmImport() override;
 
-    void GetMame(const QString &GuName, const QString &GuPower);
     // Reads the file and shows its preview (what Enter in Text1 does).
     void loadFile(const QString &path);
-
-protected:
-    void formLoad() override;
 
 private:
     void onCommand1Click();
@@ -41,8 +37,6 @@ private:
     void buildMapping();
     void refreshPreview();
 
-    QString m_GuName;
-    QString m_GuPower;
     QString m_path;
     importer::StatementTable m_table;
     importer::JournalState m_journal;

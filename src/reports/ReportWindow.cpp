@@ -11,7 +11,7 @@
 namespace reports {
 
 ReportWindow::ReportWindow(const QString &objectName, const QString &title, FileMenu fileMenu, QWidget *parent)
-    : ui::Form(parent), m_MSFlexGrid1(ui::flexGrid(this, "MSFlexGrid1")), m_title(title)
+    : ui::UserForm(title, parent), m_MSFlexGrid1(ui::flexGrid(this, "MSFlexGrid1"))
 {
     setObjectName(objectName);
     auto *layout = new QVBoxLayout(this);
@@ -29,15 +29,9 @@ ReportWindow::ReportWindow(const QString &objectName, const QString &title, File
     resize(760, 480);
 }
 
-void ReportWindow::GetMame(const QString &GuName, const QString &GuPower)
-{
-    m_GuName = GuName;
-    m_GuPower = GuPower;
-}
-
 void ReportWindow::formLoad()
 {
-    setWindowTitle(m_GuName + m_title);
+    ui::UserForm::formLoad();
     m_db = store::openUserDatabase();
     // The grid is filled before the window is first painted. Hidden, the
     // view skips the scrolling and repainting work of every cell change.

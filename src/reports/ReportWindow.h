@@ -16,13 +16,11 @@ class FlexGrid;
 
 namespace reports {
 
-class ReportWindow : public ui::Form {
+// GetMame stores the user name (the upper-case account name of userid) and
+// the rights text; it touches neither controls nor the database.
+class ReportWindow : public ui::UserForm {
     Q_OBJECT
 public:
-    // Stores the user name (the upper-case account name of userid) and the
-    // rights text; touches neither controls nor the database.
-    void GetMame(const QString &GuName, const QString &GuPower);
-
     ui::FlexGrid *grid() const { return m_MSFlexGrid1; }
 
 protected:
@@ -40,15 +38,10 @@ protected:
     void formLoad() override;
     void formUnload() override;
 
-    QString m_GuName;
-    QString m_GuPower;
     store::Database m_db;
     ui::FlexGrid *m_MSFlexGrid1;
     QMenu *m_mnufile = nullptr;
     QAction *m_mnudel = nullptr;
-
-private:
-    QString m_title;
 };
 
 } // namespace reports

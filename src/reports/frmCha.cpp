@@ -11,7 +11,7 @@ frmCha::frmCha(QWidget *parent)
 
 void frmCha::GetMame(const QString &GuName, const QString &GuPower, const QString &Code1)
 {
-    ReportWindow::GetMame(GuName, GuPower);
+    RecordWindow::GetMame(GuName, GuPower);
     m_Code1 = Code1;
 }
 

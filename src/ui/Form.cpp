@@ -72,6 +72,19 @@ void Form::done(int r)
     QDialog::done(r);
 }
 
+UserForm::UserForm(const QString &captionWord, QWidget *parent) : Form(parent), m_captionWord(captionWord) {}
+
+void UserForm::GetMame(const QString &GuName, const QString &GuPower)
+{
+    m_GuName = GuName;
+    m_GuPower = GuPower;
+}
+
+void UserForm::formLoad()
+{
+    setWindowTitle(m_GuName + m_captionWord);
+}
+
 namespace {
 
 class KeyFilter : public QObject {

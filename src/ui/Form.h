@@ -60,6 +60,27 @@ private:
     LifeCycle m_life;
 };
 
+// A window opened for the signed-in user: the opener hands it the user's
+// name and rights through GetMame before showing it; at load its caption
+// becomes the name followed by the window's caption word. A subclass's
+// formLoad() calls UserForm::formLoad() first.
+class UserForm : public Form {
+    Q_OBJECT
+public:
+    void GetMame(const QString &GuName, const QString &GuPower);
+
+protected:
+    UserForm(const QString &captionWord, QWidget *parent);
+
+    void formLoad() override;
+
+    QString m_GuName;
+    QString m_GuPower;
+
+private:
+    QString m_captionWord;
+};
+
 void onEnter(QWidget *w, std::function<void()> action);
 void onAnyKey(QWidget *w, std::function<void(int key)> action);
 void focusAndSelect(QWidget *w);

@@ -19,7 +19,7 @@
 
 namespace analysis {
 
-frmActions::frmActions(QWidget *parent) : ui::Form(parent)
+frmActions::frmActions(QWidget *parent) : ui::UserForm(QStringLiteral("  分红送配"), parent)
 {
     setObjectName(QStringLiteral("frmActions"));
     setWindowTitle(QStringLiteral("Tessaly"));
@@ -82,14 +82,13 @@ frmActions::frmActions(QWidget *parent) : ui::Form(parent)
 
 void frmActions::GetMame(const QString &GuName, const QString &GuPower, const QString &Code1)
 {
-    m_GuName = GuName;
-    m_GuPower = GuPower;
+    ui::UserForm::GetMame(GuName, GuPower);
     m_Code1 = Code1;
 }
 
 void frmActions::formLoad()
 {
-    setWindowTitle(m_GuName + QStringLiteral("  分红送配"));
+    ui::UserForm::formLoad();
     m_db = store::openUserDatabase();
     m_txtCode->setText(m_Code1);
     fillList();

@@ -20,7 +20,7 @@ class FlexGrid;
 
 namespace analysis {
 
-class frmActions : public ui::Form {
+class frmActions : public ui::UserForm {
     Q_OBJECT
 public:
     explicit frmActions(QWidget *parent = nullptr);
@@ -38,8 +38,6 @@ private:
     void onCmdDeleteClick();
     void fillList();
 
-    QString m_GuName;
-    QString m_GuPower;
     QString m_Code1;
     store::Database m_db;
     std::vector<int64_t> m_ids; // action id of each list row

@@ -33,7 +33,7 @@ frmAnalysis::PathChooser &chooser()
 
 void frmAnalysis::setExportPathChooser(PathChooser c) { chooser() = std::move(c); }
 
-frmAnalysis::frmAnalysis(QWidget *parent) : ui::Form(parent)
+frmAnalysis::frmAnalysis(QWidget *parent) : ui::UserForm(QStringLiteral("  投资分析"), parent)
 {
     setObjectName(QStringLiteral("frmAnalysis"));
     setWindowTitle(QStringLiteral("Tessaly"));
@@ -89,15 +89,9 @@ frmAnalysis::frmAnalysis(QWidget *parent) : ui::Form(parent)
     resize(1180, 620);
 }
 
-void frmAnalysis::GetMame(const QString &GuName, const QString &GuPower)
-{
-    m_GuName = GuName;
-    m_GuPower = GuPower;
-}
-
 void frmAnalysis::formLoad()
 {
-    setWindowTitle(m_GuName + QStringLiteral("  投资分析"));
+    ui::UserForm::formLoad();
     // One handle for the load: opening the file derives its key, which takes a while.
     store::Database db = store::openUserDatabase();
     m_method = savedCostMethod(db, m_GuName);

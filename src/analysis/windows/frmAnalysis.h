@@ -29,12 +29,10 @@ namespace analysis {
 
 class ValueChart;
 
-class frmAnalysis : public ui::Form {
+class frmAnalysis : public ui::UserForm {
     Q_OBJECT
 public:
     explicit frmAnalysis(QWidget *parent = nullptr);
-
-    void GetMame(const QString &GuName, const QString &GuPower);
 
     // Where "导出" writes: asks with a file dialog unless a test put in its own chooser.
     using PathChooser = std::function<QString(const QString &suggested)>;
@@ -53,8 +51,6 @@ private:
     void onCmdExportClick();
     Table currentTable() const;
 
-    QString m_GuName;
-    QString m_GuPower;
     Journal m_journal;
     PriceHistory m_prices;
     CostMethod m_method = CostMethod::MovingAverage;
