@@ -9,7 +9,7 @@ TESSALY_PACKAGES=(
   libsqlcipher-dev sqlcipher libssl-dev
   qt6-translations-l10n desktop-file-utils appstream
   libgtest-dev libgmock-dev libbenchmark-dev
-  clang libclang-rt-14-dev
+  clang libclang-rt-14-dev clang-format
   fonts-wqy-microhei
   xvfb xauth xdotool x11-utils
 )

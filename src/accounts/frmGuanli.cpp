@@ -64,8 +64,10 @@ frmGuanli::frmGuanli(QWidget *parent) : ui::Form(parent)
 
     // An account is chosen by a click or by the keyboard (arrows, Page
     // Up/Down, Home/End): either way it is the one that 删除 acts on.
-    connect(m_List1, &QListWidget::itemClicked, this, base::guarded([this](QListWidgetItem *item) { onList1Click(item); }));
-    connect(m_List1, &QListWidget::currentItemChanged, this, base::guarded([this](QListWidgetItem *item, QListWidgetItem *) {
+    connect(m_List1, &QListWidget::itemClicked, this,
+            base::guarded([this](QListWidgetItem *item) { onList1Click(item); }));
+    connect(m_List1, &QListWidget::currentItemChanged, this,
+            base::guarded([this](QListWidgetItem *item, QListWidgetItem *) {
                 if (item)
                     onList1Click(item);
             }));
@@ -167,7 +169,4 @@ void frmGuanli::onCommand4Click()
     clearBoxes();
 }
 
-void frmGuanli::onCommand3Click()
-{
-    unload();
-}
+void frmGuanli::onCommand3Click() { unload(); }

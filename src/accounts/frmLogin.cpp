@@ -1,9 +1,9 @@
 #include "frmLogin.h"
 
+#include "accounts/frmGuanli.h"
 #include "base/ErrorGuard.h"
 #include "base/Instance.h"
 #include "store/Accounts.h"
-#include "accounts/frmGuanli.h"
 #include "ui/Controls.h"
 #include "ui/MsgBox.h"
 
@@ -97,8 +97,8 @@ void frmLogin::formUnload()
 void frmLogin::onCmdOKClick()
 {
     openDatabase();
-    const store::LoginResult r = store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(),
-                                                   store::LoginButton::Confirm);
+    const store::LoginResult r =
+        store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(), store::LoginButton::Confirm);
     if (!r.accepted) {
         ui::msgBox(store::kLoginFailed);
         return;
@@ -111,8 +111,8 @@ void frmLogin::onCmdOKClick()
 void frmLogin::onCommand1Click()
 {
     openDatabase();
-    const store::LoginResult r = store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(),
-                                                   store::LoginButton::Manage);
+    const store::LoginResult r =
+        store::checkLogin(m_db, m_rs, m_txtUserName->text(), m_txtPassword->text(), store::LoginButton::Manage);
     if (!r.accepted) {
         ui::msgBox(store::kLoginFailed);
         return;
@@ -122,7 +122,4 @@ void frmLogin::onCommand1Click()
     manager.exec();
 }
 
-void frmLogin::onCmdCancelClick()
-{
-    unload();
-}
+void frmLogin::onCmdCancelClick() { unload(); }

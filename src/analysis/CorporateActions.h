@@ -44,9 +44,9 @@ struct CorporateAction {
     int64_t taxFen = 0;        // tax withheld as an amount, fen
     int64_t taxRate = 0;       // or as a rate of the dividend, hundredths of a percent
 
-    int64_t rightsPer10 = 0;   // 配股: shares offered per 10 held, ten-thousandths
-    int64_t rightsPrice = 0;   // price per offered share, ten-thousandths of a yuan
-    bool rightsTaken = false;  // whether the offered shares were bought
+    int64_t rightsPer10 = 0;  // 配股: shares offered per 10 held, ten-thousandths
+    int64_t rightsPrice = 0;  // price per offered share, ten-thousandths of a yuan
+    bool rightsTaken = false; // whether the offered shares were bought
 
     int64_t bookedShares = 0;  // shares credited as booked (added to the ratios' result)
     int64_t bookedCashFen = 0; // dividend credited before tax as booked, fen

@@ -18,8 +18,9 @@ Journal loadJournal(store::Database &db, const QString &user)
     Journal j;
     const store::ReadBatch batch(db);
     store::Recordset rs = db.openRecordset(
-        QStringLiteral("select rowid, 股票代码, 股票名称, 成交日期, 成交价格, 成交股数, 交易费率, 操作记录 from havewhat "
-                       "where userid=? and 操作记录 in ('买进','卖出') order by 成交日期, rowid"),
+        QStringLiteral(
+            "select rowid, 股票代码, 股票名称, 成交日期, 成交价格, 成交股数, 交易费率, 操作记录 from havewhat "
+            "where userid=? and 操作记录 in ('买进','卖出') order by 成交日期, rowid"),
         {user});
     for (; !rs.EOF_(); rs.MoveNext()) {
         TradeRow t;
@@ -37,7 +38,8 @@ Journal loadJournal(store::Database &db, const QString &user)
                                          "and 操作表示 in ('存入','提取') order by 操作日期, rowid"),
                           {user});
     for (; !rs.EOF_(); rs.MoveNext())
-        j.cash.push_back({dateOf(rs.field(0)), rs.field(1).toDouble(), rs.field(2).toString() == QStringLiteral("存入")});
+        j.cash.push_back(
+            {dateOf(rs.field(0)), rs.field(1).toDouble(), rs.field(2).toString() == QStringLiteral("存入")});
     rs = db.openRecordset(QStringLiteral("select * from 税率表"));
     if (!rs.EOF_()) {
         j.minShenzhen = rs.field(3).toFloat();

@@ -35,11 +35,11 @@ struct CashRow {
 };
 
 struct Journal {
-    std::vector<TradeRow> trades;   // by date, then in stored order
-    std::vector<CashRow> cash;      // by date, then in stored order
+    std::vector<TradeRow> trades; // by date, then in stored order
+    std::vector<CashRow> cash;    // by date, then in stored order
     std::vector<CorporateAction> actions;
-    float minShenzhen = 0;          // 税率表 position 3
-    float minShanghai = 0;          // 税率表 position 4
+    float minShenzhen = 0; // 税率表 position 3
+    float minShanghai = 0; // 税率表 position 4
 };
 
 // Reads the journal of `user` (the upper-case userid). Trades whose operation

@@ -109,8 +109,8 @@ std::optional<int64_t> fenOf(double yuan)
     return roundedProduct({*d}, 2);
 }
 
-std::optional<int64_t> tradeFeeFen(double price, int64_t shares, float rate, const QString &code,
-                                   float minShenzhen, float minShanghai)
+std::optional<int64_t> tradeFeeFen(double price, int64_t shares, float rate, const QString &code, float minShenzhen,
+                                   float minShanghai)
 {
     const auto p = decimalOf(price);
     const auto r = decimalOfSingle(rate);

@@ -44,8 +44,8 @@ std::optional<int64_t> fenOf(double yuan);
 // product is the fee in fen) rounded half to even, then raised to the
 // minimum of the code's class when it is not above it ("00"/"40" the
 // Shenzhen minimum, "60" the Shanghai one; other codes have none).
-std::optional<int64_t> tradeFeeFen(double price, int64_t shares, float rate, const QString &code,
-                                   float minShenzhen, float minShanghai);
+std::optional<int64_t> tradeFeeFen(double price, int64_t shares, float rate, const QString &code, float minShenzhen,
+                                   float minShanghai);
 
 // "1234.56", "-0.05": fen as yuan with two decimals.
 QString yuanText(int64_t fen);

@@ -101,8 +101,7 @@ private:
         for (size_t i = 0; i < rows.size(); ++i)
             if (dateOf(rows[i]).isValid())
                 out.push_back(i);
-        std::stable_sort(out.begin(), out.end(),
-                         [&](size_t a, size_t b) { return dateOf(rows[a]) < dateOf(rows[b]); });
+        std::stable_sort(out.begin(), out.end(), [&](size_t a, size_t b) { return dateOf(rows[a]) < dateOf(rows[b]); });
     }
 
     QDate edge(bool first) const
@@ -155,7 +154,8 @@ private:
         while (shares > 0 && !p.lots.empty()) {
             Lot &lot = p.lots.front();
             const int64_t take = std::min(shares, lot.shares);
-            const int64_t part = take == lot.shares ? lot.costFen : roundHalfEven(Int128(lot.costFen) * take, lot.shares);
+            const int64_t part =
+                take == lot.shares ? lot.costFen : roundHalfEven(Int128(lot.costFen) * take, lot.shares);
             lot.shares -= take;
             lot.costFen -= part;
             cost += part;

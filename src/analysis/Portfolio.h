@@ -36,8 +36,8 @@ using PriceHistory = std::map<QString, std::vector<ClosePoint>>;
 
 struct TradeResult {
     TradeRow row;
-    int64_t shares = 0;      // whole shares (0 when the row is left out)
-    int64_t grossFen = 0;    // price x shares
+    int64_t shares = 0;   // whole shares (0 when the row is left out)
+    int64_t grossFen = 0; // price x shares
     int64_t feeFen = 0;
     int64_t cashFen = 0;     // the cash effect: - (gross + fee) for a purchase, gross - fee for a sale
     int64_t costFen = 0;     // the cost basis of the shares sold (sales)
@@ -61,9 +61,9 @@ struct StockResult {
     QString code;
     QString name;
     int64_t shares = 0;
-    int64_t costFen = 0;     // cost basis of the shares held
+    int64_t costFen = 0;        // cost basis of the shares held
     std::optional<float> close; // latest close, none when no price file has the stock
-    int64_t marketFen = 0;   // shares x close, or the cost when there is no close
+    int64_t marketFen = 0;      // shares x close, or the cost when there is no close
     int64_t unrealisedFen = 0;
     int64_t realisedFen = 0;
     int64_t feesFen = 0;
@@ -76,8 +76,8 @@ struct Summary {
     int64_t investedFen = 0; // deposits - withdrawals
     int64_t cashFen = 0;
     int64_t marketFen = 0;
-    int64_t valueFen = 0;    // market + cash
-    int64_t returnFen = 0;   // value - invested
+    int64_t valueFen = 0;                // market + cash
+    int64_t returnFen = 0;               // value - invested
     std::optional<double> returnPercent; // of the money invested
     std::optional<double> xirr;          // money-weighted annual return, 0.1 = 10%
     int64_t realisedFen = 0;

@@ -12,7 +12,7 @@ void ensureTable(store::Database &db)
 {
     if (!hasTable(db, kTable))
         db.execute(QStringLiteral("create table if not exists 分析设置 (userid text collate nocase primary key, "
-                              "成本方法 integer not null default 0)"));
+                                  "成本方法 integer not null default 0)"));
 }
 } // namespace
 

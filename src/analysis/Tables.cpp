@@ -7,7 +7,10 @@ namespace analysis {
 
 namespace {
 
-QString dateText(const QDate &d) { return d.isValid() ? d.toString(QStringLiteral("yyyy-MM-dd")) : QStringLiteral("--"); }
+QString dateText(const QDate &d)
+{
+    return d.isValid() ? d.toString(QStringLiteral("yyyy-MM-dd")) : QStringLiteral("--");
+}
 
 // Cost per share in yuan, to the thousandth.
 QString averageText(int64_t costFen, int64_t shares)
@@ -46,34 +49,32 @@ Table stockTable(const Analysis &a)
     for (const StockResult &s : a.stocks) {
         const bool held = s.shares > 0;
         t.rows.push_back({s.code, s.name, QString::number(s.shares), yuanText(s.costFen),
-                          averageText(s.costFen, s.shares),
-                          s.close ? base::singleText(*s.close) : QStringLiteral("--"), yuanText(s.marketFen),
-                          yuanText(s.unrealisedFen), yuanText(s.realisedFen), yuanText(s.feesFen),
-                          yuanText(s.dividendFen),
+                          averageText(s.costFen, s.shares), s.close ? base::singleText(*s.close) : QStringLiteral("--"),
+                          yuanText(s.marketFen), yuanText(s.unrealisedFen), yuanText(s.realisedFen),
+                          yuanText(s.feesFen), yuanText(s.dividendFen),
                           held && !s.close ? QStringLiteral("没有行情，按成本计") : QString()});
     }
     const Summary &m = a.summary;
     t.rows.push_back({QStringLiteral("合计"), QString(), QString(), yuanText(m.costFen), QString(), QString(),
-                      yuanText(m.marketFen), yuanText(m.unrealisedFen), yuanText(m.realisedFen),
-                      yuanText(m.feesFen), yuanText(m.dividendFen), QString()});
+                      yuanText(m.marketFen), yuanText(m.unrealisedFen), yuanText(m.realisedFen), yuanText(m.feesFen),
+                      yuanText(m.dividendFen), QString()});
     return t;
 }
 
 Table tradeTable(const Analysis &a)
 {
     Table t;
-    t.headers = {QStringLiteral("成交日期"), QStringLiteral("股票代码"), QStringLiteral("股票名称"),
-                 QStringLiteral("操作"),     QStringLiteral("成交价格"), QStringLiteral("成交股数"),
-                 QStringLiteral("手续费"),   QStringLiteral("金额"),     QStringLiteral("卖出成本"),
+    t.headers = {QStringLiteral("成交日期"),   QStringLiteral("股票代码"), QStringLiteral("股票名称"),
+                 QStringLiteral("操作"),       QStringLiteral("成交价格"), QStringLiteral("成交股数"),
+                 QStringLiteral("手续费"),     QStringLiteral("金额"),     QStringLiteral("卖出成本"),
                  QStringLiteral("已实现盈亏"), QStringLiteral("问题")};
     for (const TradeResult &r : a.trades) {
         const bool sale = !r.row.buy;
-        t.rows.push_back({dateText(r.row.date), r.row.code, r.row.name,
-                          r.row.buy ? QStringLiteral("买进") : QStringLiteral("卖出"), base::doubleText(r.row.price),
-                          base::doubleText(r.row.shares), r.applied ? yuanText(r.feeFen) : QString(),
-                          r.applied ? yuanText(r.cashFen) : QString(),
-                          r.applied && sale ? yuanText(r.costFen) : QString(),
-                          r.applied && sale ? yuanText(r.realisedFen) : QString(), r.problem});
+        t.rows.push_back(
+            {dateText(r.row.date), r.row.code, r.row.name, r.row.buy ? QStringLiteral("买进") : QStringLiteral("卖出"),
+             base::doubleText(r.row.price), base::doubleText(r.row.shares), r.applied ? yuanText(r.feeFen) : QString(),
+             r.applied ? yuanText(r.cashFen) : QString(), r.applied && sale ? yuanText(r.costFen) : QString(),
+             r.applied && sale ? yuanText(r.realisedFen) : QString(), r.problem});
     }
     return t;
 }
@@ -114,9 +115,8 @@ Table actionTable(const Analysis &a)
         if (!rights.isEmpty())
             rights += QStringLiteral(" @%1%2").arg(QString::number(double(c.rightsPrice) / 10000.0, 'g', 12),
                                                    c.rightsTaken ? QStringLiteral(" 参与") : QStringLiteral(" 放弃"));
-        t.rows.push_back({dateText(c.exDate), c.code, per10(c.bonusPer10), per10(c.transferPer10),
-                          per10(c.cashPer10), rights, QString::number(r.newShares), yuanText(r.dividendFen),
-                          r.problem});
+        t.rows.push_back({dateText(c.exDate), c.code, per10(c.bonusPer10), per10(c.transferPer10), per10(c.cashPer10),
+                          rights, QString::number(r.newShares), yuanText(r.dividendFen), r.problem});
     }
     return t;
 }

@@ -1,9 +1,9 @@
 // Tessaly: the login window is the first window; a successful login hands the
 // user to the main window.
-#include "platform/frmBefor.h"
-#include "accounts/frmLogin.h"
 #include "UserFolder.h"
+#include "accounts/frmLogin.h"
 #include "base/TestHooks.h"
+#include "platform/frmBefor.h"
 #include "ui/Form.h"
 #include "ui/Language.h"
 #include "ui/MsgBox.h"

@@ -9,8 +9,7 @@ namespace {
 
 // Converts with iconv; an invalid or incomplete sequence is replaced by
 // `replacement` and the input skips one byte.
-QByteArray convert(const char *to, const char *from, const QByteArray &in, const QByteArray &replacement,
-                   int skipUnit)
+QByteArray convert(const char *to, const char *from, const QByteArray &in, const QByteArray &replacement, int skipUnit)
 {
     iconv_t cd = iconv_open(to, from);
     if (cd == reinterpret_cast<iconv_t>(-1))
@@ -51,9 +50,6 @@ QString fromGbk(const QByteArray &bytes)
     return QString::fromUtf8(convert("UTF-8", "GB18030", bytes, QByteArray("\xEF\xBF\xBD"), 1));
 }
 
-QByteArray toGbk(const QString &text)
-{
-    return convert("GB18030", "UTF-8", text.toUtf8(), QByteArray("?"), 1);
-}
+QByteArray toGbk(const QString &text) { return convert("GB18030", "UTF-8", text.toUtf8(), QByteArray("?"), 1); }
 
 } // namespace base

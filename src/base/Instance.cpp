@@ -20,10 +20,10 @@ QString fallbackLockPath()
 {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
     const QString dir = runtime.isEmpty() ? QDir::tempPath() : QFile::decodeName(runtime);
-    const QByteArray key = QCryptographicHash::hash(QDir(programFolder()).absolutePath().toUtf8(),
-                                                    QCryptographicHash::Sha256)
-                               .toHex()
-                               .left(16);
+    const QByteArray key =
+        QCryptographicHash::hash(QDir(programFolder()).absolutePath().toUtf8(), QCryptographicHash::Sha256)
+            .toHex()
+            .left(16);
     return dir + QStringLiteral("/tessaly-") + QString::fromLatin1(key) + QStringLiteral(".lock");
 }
 

@@ -18,10 +18,7 @@ namespace base {
 
 namespace {
 
-bool isBlank(QChar c)
-{
-    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
-}
+bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
 
 // Writes the decimal digits of n (n > 0) at `out`; returns the end.
 char *writeUnsigned(char *out, unsigned long long n)
@@ -47,7 +44,7 @@ QString shortestText(double v, int digits)
     if (std::isinf(v))
         return v > 0 ? QStringLiteral("1.#INF") : QStringLiteral("-1.#INF");
 
-    static constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8,
+    static constexpr double kPowers[] = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7, 1e8,
                                          1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
     char out[64];
     char *end = out;
@@ -262,15 +259,9 @@ float toSingle(double v)
     return static_cast<float>(v);
 }
 
-QString singleText(float v)
-{
-    return shortestText(static_cast<double>(v), 7);
-}
+QString singleText(float v) { return shortestText(static_cast<double>(v), 7); }
 
-QString doubleText(double v)
-{
-    return shortestText(v, 15);
-}
+QString doubleText(double v) { return shortestText(v, 15); }
 
 QString signedForm(double v)
 {

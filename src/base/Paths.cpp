@@ -49,15 +49,9 @@ QString programFolder()
     return chosen;
 }
 
-QString userDataFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-}
+QString userDataFolder() { return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation); }
 
-void setProgramFolder(const QString &folder)
-{
-    folderOverride() = folder;
-}
+void setProgramFolder(const QString &folder) { folderOverride() = folder; }
 
 QString resolvePath(const QString &text)
 {
@@ -91,7 +85,8 @@ QString resolvePath(const QString &text)
         QString match;
         const QDir dir(path);
         if (dir.exists()) {
-            const QStringList entries = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+            const QStringList entries =
+                dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
             for (const QString &e : entries) {
                 if (e.compare(part, Qt::CaseInsensitive) == 0) {
                     match = e;

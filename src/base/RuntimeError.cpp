@@ -4,8 +4,7 @@ namespace base {
 
 RuntimeError::RuntimeError(int number, const QString &description)
     : std::runtime_error(description.toStdString()), m_number(number), m_description(description)
-{
-}
+{}
 
 void raiseOverflow() { throw RuntimeError(ErrOverflow, QStringLiteral("溢出")); }
 void raiseSubscript() { throw RuntimeError(ErrSubscript, QStringLiteral("下标越界")); }

@@ -10,10 +10,7 @@ namespace base::testhooks {
 // TESSALY_MESSAGES_TO_STDERR (any value): message boxes are not shown; their
 // text goes to stderr (logging category tessaly.ui). Set by the tests that
 // run the program as a child process and by the screenshot tool.
-inline bool messagesToStderr()
-{
-    return qEnvironmentVariableIsSet("TESSALY_MESSAGES_TO_STDERR");
-}
+inline bool messagesToStderr() { return qEnvironmentVariableIsSet("TESSALY_MESSAGES_TO_STDERR"); }
 
 inline void setMessagesToStderr(bool on)
 {
@@ -27,17 +24,11 @@ inline void setMessagesToStderr(bool on)
 // before the program ends; its text goes to stderr in any case (category
 // tessaly.errors). Set by ctest for the window suites and by the tests that
 // expect the program to end on an error.
-inline bool errorsToStderr()
-{
-    return qEnvironmentVariableIsSet("TESSALY_ERRORS_TO_STDERR");
-}
+inline bool errorsToStderr() { return qEnvironmentVariableIsSet("TESSALY_ERRORS_TO_STDERR"); }
 
 // TESSALY_REPORT_SHOWN=1: the program prints "login-shown" on stdout once the
 // login window has been painted, so that start-up can be timed from outside.
 // Set by the start-up benchmark and the user-folder test.
-inline bool reportShown()
-{
-    return qEnvironmentVariableIntValue("TESSALY_REPORT_SHOWN") == 1;
-}
+inline bool reportShown() { return qEnvironmentVariableIntValue("TESSALY_REPORT_SHOWN") == 1; }
 
 } // namespace base::testhooks

@@ -13,10 +13,10 @@ class Recordset;
 namespace entry {
 
 struct CashKind {
-    QString captionWord;  // appended to the user name in the caption
-    QStringList labels;   // Label1 .. Label3: date, amount, reason
-    QString operation;    // 操作表示
-    bool numericReason;   // the reason column gets the numeric value of the reason text
+    QString captionWord; // appended to the user name in the caption
+    QStringList labels;  // Label1 .. Label3: date, amount, reason
+    QString operation;   // 操作表示
+    bool numericReason;  // the reason column gets the numeric value of the reason text
 };
 
 inline const CashKind kDeposit{

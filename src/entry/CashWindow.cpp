@@ -6,8 +6,7 @@ namespace entry {
 
 CashWindow::CashWindow(const CashKind &kind, QWidget *parent)
     : EntryForm(kind.captionWord, kind.labels, /*selectsCodeOnDateEnter*/ true, parent), m_kind(kind)
-{
-}
+{}
 
 void CashWindow::onCommand2Click()
 {

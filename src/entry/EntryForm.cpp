@@ -71,10 +71,7 @@ EntryForm::EntryForm(const QString &captionWord, const QStringList &labels, bool
     connect(m_Command3, &QPushButton::clicked, this, base::guarded([this](bool) { unload(); }));
 }
 
-QDate EntryForm::date() const
-{
-    return m_DTPicker1->date();
-}
+QDate EntryForm::date() const { return m_DTPicker1->date(); }
 
 void EntryForm::clearForNextEntry()
 {

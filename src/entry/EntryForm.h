@@ -27,8 +27,7 @@ class EntryForm : public ui::UserForm {
     Q_OBJECT
 protected:
     // labels: the picker's label, then one label per text box (Text2 onwards).
-    EntryForm(const QString &captionWord, const QStringList &labels, bool selectsCodeOnDateEnter,
-              QWidget *parent);
+    EntryForm(const QString &captionWord, const QStringList &labels, bool selectsCodeOnDateEnter, QWidget *parent);
 
     // Runs inside the error guard.
     virtual void onCommand2Click() = 0;

@@ -77,10 +77,7 @@ public:
         }
         return sum;
     }
-    bool feeColumns() const
-    {
-        return std::any_of(m_columns.begin(), m_columns.end(), isFeeColumn);
-    }
+    bool feeColumns() const { return std::any_of(m_columns.begin(), m_columns.end(), isFeeColumn); }
 
 private:
     const StatementLine &m_line;
@@ -92,15 +89,9 @@ QString notANumber(const QString &what, const QString &text)
     return QStringLiteral("%1“%2”不是数字").arg(what, text);
 }
 
-QString numberText(double v)
-{
-    return QString::number(v, 'f', v == std::floor(v) ? 0 : 2);
-}
+QString numberText(double v) { return QString::number(v, 'f', v == std::floor(v) ? 0 : 2); }
 
-qint64 toFen(double money)
-{
-    return qint64(std::llround(std::fabs(money) * 100.0));
-}
+qint64 toFen(double money) { return qint64(std::llround(std::fabs(money) * 100.0)); }
 
 // Code and name of a row about a stock; a non-empty result is why the line
 // is skipped.
@@ -173,8 +164,8 @@ QString readMoney(const LineCells &cells, PreviewRow &row)
 QString feeDoubt(const PreviewRow &row)
 {
     try {
-        const reports::TradeFee shown = reports::tradeFee(row.price, row.quantity, row.feeRate, row.code,
-                                                           store::feeValue(3), store::feeValue(4));
+        const reports::TradeFee shown =
+            reports::tradeFee(row.price, row.quantity, row.feeRate, row.code, store::feeValue(3), store::feeValue(4));
         if (std::llround(double(shown.fee) * 100.0) != row.feeFen)
             return QStringLiteral("交易明细按最低收费计 %1 元，交割单为 %2 元")
                 .arg(base::singleText(shown.fee), numberText(double(row.feeFen) / 100.0));
@@ -186,9 +177,13 @@ QString feeDoubt(const PreviewRow &row)
 
 QString keyOf(const PreviewRow &row, const QString &contract)
 {
-    return QStringList{QString::number(int(row.kind)), row.date.toString(Qt::ISODate), row.code,
-                       QString::number(row.price, 'g', 10), QString::number(row.quantity, 'g', 12),
-                       QString::number(row.amount, 'f', 2), contract}
+    return QStringList{QString::number(int(row.kind)),
+                       row.date.toString(Qt::ISODate),
+                       row.code,
+                       QString::number(row.price, 'g', 10),
+                       QString::number(row.quantity, 'g', 12),
+                       QString::number(row.amount, 'f', 2),
+                       contract}
         .join(u'|');
 }
 
@@ -197,14 +192,22 @@ QString keyOf(const PreviewRow &row, const QString &contract)
 QString kindTitle(RowKind kind)
 {
     switch (kind) {
-    case RowKind::Buy: return QStringLiteral("买进");
-    case RowKind::Sell: return QStringLiteral("卖出");
-    case RowKind::Deposit: return QStringLiteral("存入");
-    case RowKind::Withdrawal: return QStringLiteral("提取");
-    case RowKind::Dividend: return QStringLiteral("红利");
-    case RowKind::DividendTax: return QStringLiteral("红利税");
-    case RowKind::BonusShares: return QStringLiteral("红股");
-    case RowKind::Skipped: break;
+    case RowKind::Buy:
+        return QStringLiteral("买进");
+    case RowKind::Sell:
+        return QStringLiteral("卖出");
+    case RowKind::Deposit:
+        return QStringLiteral("存入");
+    case RowKind::Withdrawal:
+        return QStringLiteral("提取");
+    case RowKind::Dividend:
+        return QStringLiteral("红利");
+    case RowKind::DividendTax:
+        return QStringLiteral("红利税");
+    case RowKind::BonusShares:
+        return QStringLiteral("红股");
+    case RowKind::Skipped:
+        break;
     }
     return QStringLiteral("跳过");
 }
@@ -252,7 +255,9 @@ QList<PreviewRow> classify(const StatementTable &table, const QList<Column> &col
             row.kind = *kind;
             switch (row.kind) {
             case RowKind::Buy:
-            case RowKind::Sell: reason = readTrade(cells, row); break;
+            case RowKind::Sell:
+                reason = readTrade(cells, row);
+                break;
             case RowKind::BonusShares: {
                 reason = readTrade(cells, row);
                 if (reason == QStringLiteral("成交价格为 0"))
@@ -268,7 +273,9 @@ QList<PreviewRow> classify(const StatementTable &table, const QList<Column> &col
                 if (reason.isEmpty())
                     reason = readMoney(cells, row);
                 break;
-            default: reason = readMoney(cells, row); break;
+            default:
+                reason = readMoney(cells, row);
+                break;
             }
             if (reason.isEmpty() && isCorporateAction(row.kind))
                 reason = analysis::checkActionFigures(actionOf(row, QString()));
@@ -361,8 +368,8 @@ QString countsText(const PreviewCounts &n)
 
 QStringList previewHeadings()
 {
-    return {QStringLiteral("行号"), QStringLiteral("类别"), QStringLiteral("日期"), QStringLiteral("代码"),
-            QStringLiteral("名称"), QStringLiteral("价格"), QStringLiteral("数量"), QStringLiteral("金额"),
+    return {QStringLiteral("行号"), QStringLiteral("类别"),  QStringLiteral("日期"), QStringLiteral("代码"),
+            QStringLiteral("名称"), QStringLiteral("价格"),  QStringLiteral("数量"), QStringLiteral("金额"),
             QStringLiteral("费用"), QStringLiteral("费率%"), QStringLiteral("说明")};
 }
 

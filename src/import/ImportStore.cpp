@@ -28,10 +28,10 @@ JournalState readJournalState(store::Database &db, const QString &user)
         for (; !rs.EOF_(); rs.MoveNext())
             state.importedKeys.insert(rs.field(0).toString());
     }
-    store::Recordset rs = db.openRecordset(
-        QStringLiteral("select 股票代码, sum(case when 操作记录=? then 成交股数 else -成交股数 end) "
-                       "from havewhat where userid=? group by 股票代码"),
-        {entry::kBuy.operation, user});
+    store::Recordset rs =
+        db.openRecordset(QStringLiteral("select 股票代码, sum(case when 操作记录=? then 成交股数 else -成交股数 end) "
+                                        "from havewhat where userid=? group by 股票代码"),
+                         {entry::kBuy.operation, user});
     for (; !rs.EOF_(); rs.MoveNext())
         state.heldShares.insert(rs.field(0).toString(), rs.field(1).toDouble());
     // Bonus shares booked before (by an import or by hand) are held too.
@@ -84,9 +84,9 @@ StoreResult storeImport(const QList<PreviewRow> &rows, const QString &user, cons
                 break;
             }
             }
-            db.execute(QStringLiteral("insert into %1 (userid, 标识, 文件, 导入时间) values (?, ?, ?, ?)")
-                           .arg(kImportedTable),
-                       {user, row.key, fileName, now});
+            db.execute(
+                QStringLiteral("insert into %1 (userid, 标识, 文件, 导入时间) values (?, ?, ?, ?)").arg(kImportedTable),
+                {user, row.key, fileName, now});
             stored.append(row);
         }
         result.stored = countRows(stored);

@@ -18,7 +18,7 @@ inline const QString kImportedTable = QStringLiteral("导入记录");
 JournalState readJournalState(store::Database &db, const QString &user);
 
 struct StoreResult {
-    PreviewCounts stored;   // rows added now, by kind
+    PreviewCounts stored;    // rows added now, by kind
     int alreadyImported = 0; // rows left out because they were imported before
     int skipped = 0;         // rows the preview skips
 };

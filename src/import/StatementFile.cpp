@@ -133,10 +133,7 @@ QList<Column> meaningsOf(const QStringList &headings)
 
 } // namespace
 
-QString columnTitle(Column c)
-{
-    return QString::fromUtf8(kMeanings[int(c)].title);
-}
+QString columnTitle(Column c) { return QString::fromUtf8(kMeanings[int(c)].title); }
 
 Column columnFor(const QString &heading)
 {
@@ -156,10 +153,7 @@ Column columnFor(const QString &heading)
     return byName.value(h, Column::None);
 }
 
-bool isFeeColumn(Column c)
-{
-    return c >= Column::Commission && c <= Column::OtherFee;
-}
+bool isFeeColumn(Column c) { return c >= Column::Commission && c <= Column::OtherFee; }
 
 QString cellText(const QString &cell)
 {
@@ -245,7 +239,8 @@ StatementTable readStatement(const QByteArray &bytes)
         }
     }
     if (bestCount < 3) {
-        t.error = QStringLiteral("找不到标题行：前 %1 行中没有一行含有成交日期、证券代码、操作等列名").arg(kHeadingSearchLines);
+        t.error = QStringLiteral("找不到标题行：前 %1 行中没有一行含有成交日期、证券代码、操作等列名")
+                      .arg(kHeadingSearchLines);
         t.headings.clear();
         t.columns.clear();
         return t;

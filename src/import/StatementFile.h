@@ -22,12 +22,12 @@ enum class Column {
     Operation,
     Quantity,
     Price,
-    Amount,      // 成交金额: price x quantity
-    Commission,  // fee columns from here ...
+    Amount,     // 成交金额: price x quantity
+    Commission, // fee columns from here ...
     StampDuty,
     TransferFee,
-    OtherFee,    // ... to here
-    NetAmount,   // 发生金额: what the row did to the cash, fees included
+    OtherFee,  // ... to here
+    NetAmount, // 发生金额: what the row did to the cash, fees included
     Balance,
     Contract,
 };
@@ -45,12 +45,12 @@ struct StatementLine {
 };
 
 struct StatementTable {
-    QString error;      // not empty: the file cannot be read as a statement (why, in Chinese)
-    QString encoding;   // "GBK", "UTF-8", "UTF-8 BOM", "UTF-16"
-    QChar separator;    // tab, comma or semicolon
+    QString error;    // not empty: the file cannot be read as a statement (why, in Chinese)
+    QString encoding; // "GBK", "UTF-8", "UTF-8 BOM", "UTF-16"
+    QChar separator;  // tab, comma or semicolon
     int headingLine = 0;
     QStringList headings;
-    QList<Column> columns; // the meaning found for each heading
+    QList<Column> columns;      // the meaning found for each heading
     QList<StatementLine> lines; // the lines below the heading, blank ones left out
 };
 

@@ -54,7 +54,8 @@ frmImport::frmImport(QWidget *parent) : ui::UserForm(QStringLiteral("  导入交
     fileRow->addWidget(m_Command1);
     layout->addLayout(fileRow);
 
-    m_Label2 = ui::label(this, "Label2", QStringLiteral("选择交易软件导出的交割单或资金流水（文本，制表符或逗号分隔）"));
+    m_Label2 =
+        ui::label(this, "Label2", QStringLiteral("选择交易软件导出的交割单或资金流水（文本，制表符或逗号分隔）"));
     m_Label2->setWordWrap(true);
     layout->addWidget(m_Label2);
 
@@ -92,9 +93,8 @@ frmImport::~frmImport() = default;
 
 void frmImport::onCommand1Click()
 {
-    const QString path = QFileDialog::getOpenFileName(
-        this, QStringLiteral("选择交割单"), QString(),
-        QStringLiteral("交割单 (*.txt *.csv *.xls *.tsv);;所有文件 (*)"));
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("选择交割单"), QString(),
+                                                      QStringLiteral("交割单 (*.txt *.csv *.xls *.tsv);;所有文件 (*)"));
     if (path.isEmpty())
         return;
     m_Text1->setText(path);
@@ -203,9 +203,9 @@ void frmImport::onCommand2Click()
     }
     try {
         const importer::StoreResult r = importer::storeImport(m_rows, m_GuName, QFileInfo(m_path).fileName());
-        ui::msgBox(QStringLiteral("导入完成：") + importer::countsText({r.stored.trades, r.stored.deposits,
-                                                                       r.stored.withdrawals, r.stored.actions,
-                                                                       r.alreadyImported, r.skipped}));
+        ui::msgBox(QStringLiteral("导入完成：") +
+                   importer::countsText({r.stored.trades, r.stored.deposits, r.stored.withdrawals, r.stored.actions,
+                                         r.alreadyImported, r.skipped}));
     } catch (const base::RuntimeError &e) {
         ui::msgBox(QStringLiteral("导入失败，没有保存任何一行：") + e.description());
     }

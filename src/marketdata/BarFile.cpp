@@ -43,10 +43,7 @@ int openResolved(const QString &text)
     return ::open(QFile::encodeName(base::resolvePath(text)).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
 }
 
-[[noreturn]] void raiseAccessError()
-{
-    throw base::RuntimeError(75, QStringLiteral("路径/文件访问错误"));
-}
+[[noreturn]] void raiseAccessError() { throw base::RuntimeError(75, QStringLiteral("路径/文件访问错误")); }
 
 } // namespace
 
@@ -106,15 +103,9 @@ bool BarFile::open(const QString &text)
     return true;
 }
 
-int16_t BarFile::recordCount(int recordSize) const
-{
-    return base::toInt16(static_cast<double>(m_size) / recordSize);
-}
+int16_t BarFile::recordCount(int recordSize) const { return base::toInt16(static_cast<double>(m_size) / recordSize); }
 
-void raiseBadRecordNumber()
-{
-    throw base::RuntimeError(63, QStringLiteral("记录号错误"));
-}
+void raiseBadRecordNumber() { throw base::RuntimeError(63, QStringLiteral("记录号错误")); }
 
 void BarArray::clear()
 {
@@ -131,9 +122,6 @@ void BarArray::grow(std::size_t k)
     m_bars.resize(std::min<std::size_t>(want, kBarArrayLast));
 }
 
-void BarArray::raiseSubscript()
-{
-    base::raiseSubscript();
-}
+void BarArray::raiseSubscript() { base::raiseSubscript(); }
 
 } // namespace marketdata

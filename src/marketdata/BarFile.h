@@ -5,9 +5,9 @@
 #include <QByteArray>
 #include <QString>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <algorithm>
 #include <vector>
 
 namespace marketdata {
@@ -52,21 +52,18 @@ public:
 
 private:
     std::vector<char> *m_buffer = nullptr; // borrowed from a per-thread pool
-    void *m_map = nullptr;                  // large files are mapped instead
+    void *m_map = nullptr;                 // large files are mapped instead
     const char *m_data = nullptr;
     qint64 m_size = 0;
 };
 
 inline int32_t le32(const unsigned char *p)
 {
-    return static_cast<int32_t>(static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8
-                                | static_cast<uint32_t>(p[2]) << 16 | static_cast<uint32_t>(p[3]) << 24);
+    return static_cast<int32_t>(static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 |
+                                static_cast<uint32_t>(p[2]) << 16 | static_cast<uint32_t>(p[3]) << 24);
 }
 
-inline uint16_t le16(const unsigned char *p)
-{
-    return static_cast<uint16_t>(p[0] | p[1] << 8);
-}
+inline uint16_t le16(const unsigned char *p) { return static_cast<uint16_t>(p[0] | p[1] << 8); }
 
 inline float leFloat(const unsigned char *p)
 {

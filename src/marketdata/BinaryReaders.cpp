@@ -31,8 +31,8 @@ struct BinaryLayout {
     const char *shenzhenDirs[4];
     const char *extensions[4];
     std::span<const char *const> shanghaiPrefixes;
-    bool indexTable;  // Shanghai index codes map to other file names
-    bool absolute;    // every field taken by its absolute value
+    bool indexTable; // Shanghai index codes map to other file names
+    bool absolute;   // every field taken by its absolute value
     int closeOffset, highOffset, lowOffset;
 };
 
@@ -42,7 +42,11 @@ constexpr BinaryLayout kQianlong{
     {"\\data\\sznse\\day\\", "\\data\\sznse\\week\\", "\\data\\sznse\\month\\", "\\data\\sznse\\min\\"},
     {".day", ".wek", ".mnt", ".nmn"},
     kQianlongShanghai,
-    true, false, 16, 8, 12,
+    true,
+    false,
+    16,
+    8,
+    12,
 };
 
 constexpr BinaryLayout kShenglong{
@@ -51,7 +55,11 @@ constexpr BinaryLayout kShenglong{
     {"\\data\\sz\\day\\", "\\data\\sz\\week\\", "\\data\\sz\\month\\", "\\data\\sz\\min\\"},
     {".day", ".wek", ".mnt", ".min"},
     kShanghaiStocks,
-    false, true, 8, 12, 16,
+    false,
+    true,
+    8,
+    12,
+    16,
 };
 
 // Absolute value of a stored 32-bit field; the most negative value has none.
@@ -169,10 +177,7 @@ std::optional<BarRead> readBinary(const BarRequest &request, BarArray &bars)
 }
 
 // A running single-precision sum, each step taken in double and stored back.
-void addTo(float &sum, int32_t v)
-{
-    sum = static_cast<float>(static_cast<double>(sum) + v);
-}
+void addTo(float &sum, int32_t v) { sum = static_cast<float>(static_cast<double>(sum) + v); }
 
 } // namespace
 
@@ -200,8 +205,8 @@ std::optional<StockBar> BuildCurrentBar(int32_t lastDate, const QString &code, c
     QString name;
     switch (marketOf(code, kShanghaiStocks)) {
     case Market::Shanghai:
-        name = DataPath() + QStringLiteral("\\data\\shase\\day\\") + (indexTable ? qianlongIndexStem(code) : code)
-            + QStringLiteral(".day");
+        name = DataPath() + QStringLiteral("\\data\\shase\\day\\") + (indexTable ? qianlongIndexStem(code) : code) +
+               QStringLiteral(".day");
         break;
     case Market::Shenzhen:
         name = DataPath() + QStringLiteral("\\data\\sznse\\day\\") + code + QStringLiteral(".day");

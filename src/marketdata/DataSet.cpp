@@ -21,7 +21,6 @@
 #include <QSaveFile>
 #include <QVBoxLayout>
 
-
 namespace marketdata {
 
 using base::resumeNext;
@@ -39,10 +38,7 @@ const DataSource kDataSources[kDataSourceCount] = {
 
 namespace {
 
-QString dateSetName()
-{
-    return base::programFolder() + QStringLiteral("\\dateset.dat");
-}
+QString dateSetName() { return base::programFolder() + QStringLiteral("\\dateset.dat"); }
 
 // The list row of an index, null outside the list.
 const DataSource *sourceAt(int index)

@@ -27,7 +27,7 @@ struct DataSource {
     const char *defaultDir;
     const char *shanghaiSubPath; // null: the Shanghai path is the directory itself
     const char *shenzhenSubPath;
-    const char *formatHint;      // null: the hint is left as it stands
+    const char *formatHint; // null: the hint is left as it stands
 };
 constexpr int kDataSourceCount = 8;
 extern const DataSource kDataSources[kDataSourceCount];

@@ -13,10 +13,7 @@ DirList::DirList(QWidget *parent) : QListWidget(parent)
     connect(this, &QListWidget::itemActivated, this, base::guarded([this](QListWidgetItem *item) { open(item); }));
 }
 
-QChar DirList::separator() const
-{
-    return m_path.size() >= 2 && m_path[1] == u':' ? u'\\' : u'/';
-}
+QChar DirList::separator() const { return m_path.size() >= 2 && m_path[1] == u':' ? u'\\' : u'/'; }
 
 void DirList::setPath(const QString &path)
 {
@@ -61,8 +58,8 @@ QStringList driveTexts()
     QStringList drives{QStringLiteral("/")};
     const QByteArray prefix = qgetenv("WINEPREFIX");
     const QString devices =
-        (prefix.isEmpty() ? QDir::homePath() + QStringLiteral("/.wine") : QString::fromLocal8Bit(prefix))
-        + QStringLiteral("/dosdevices");
+        (prefix.isEmpty() ? QDir::homePath() + QStringLiteral("/.wine") : QString::fromLocal8Bit(prefix)) +
+        QStringLiteral("/dosdevices");
     for (const QString &e : QDir(devices).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::System, QDir::Name))
         if (e.size() == 2 && e[1] == u':' && e[0].isLetter())
             drives.append(e.toLower());

@@ -47,10 +47,7 @@ int32_t dateOfTime(int32_t seconds)
 }
 
 // Price to the cent: round(value x 100) / 100 with halves to even.
-float cents(float v)
-{
-    return static_cast<float>(base::toInt32(static_cast<double>(v) * 100) / 100.0);
-}
+float cents(float v) { return static_cast<float>(base::toInt32(static_cast<double>(v) * 100) / 100.0); }
 
 } // namespace
 
@@ -117,7 +114,8 @@ std::optional<BarRead> ReadFenxijia(const BarRequest &request, BarArray &bars)
             const uint16_t block = le16(entry + 14 + 2 * j);
             if (block == kEndOfBlocks)
                 break;
-            const int32_t blockStart = offset32(static_cast<int64_t>(dataStart) + static_cast<int64_t>(block) * kBlockSize);
+            const int32_t blockStart =
+                offset32(static_cast<int64_t>(dataStart) + static_cast<int64_t>(block) * kBlockSize);
             for (int slot = 0; slot < kRecordsPerBlock; ++slot) {
                 file.read(offset32(static_cast<int64_t>(blockStart) + slot * kRecordSize), rec, kRecordSize);
                 const int32_t time = le32(rec);

@@ -16,10 +16,7 @@ ListInput ListInput::fromFile(const QString &realPath)
     return ListInput(base::fromGbk(f.readAll()));
 }
 
-bool ListInput::isBlank(qsizetype i) const
-{
-    return i < m_text.size() && (m_text[i] == u' ' || m_text[i] == u'\t');
-}
+bool ListInput::isBlank(qsizetype i) const { return i < m_text.size() && (m_text[i] == u' ' || m_text[i] == u'\t'); }
 
 void ListInput::skipBlanks()
 {
@@ -42,10 +39,7 @@ void ListInput::skipDelimiter()
     }
 }
 
-void ListInput::raisePastEnd() const
-{
-    throw base::RuntimeError(kErrInputPastEnd, QStringLiteral("输入超出文件尾"));
-}
+void ListInput::raisePastEnd() const { throw base::RuntimeError(kErrInputPastEnd, QStringLiteral("输入超出文件尾")); }
 
 QString ListInput::readText()
 {

@@ -42,10 +42,7 @@ int periodKey(int32_t yyyymmdd, int16_t period)
     return period == 2 ? weekOfYear(date) : date.month();
 }
 
-void addTo(float &sum, float v)
-{
-    sum = static_cast<float>(static_cast<double>(sum) + v);
-}
+void addTo(float &sum, float v) { sum = static_cast<float>(static_cast<double>(sum) + v); }
 
 } // namespace
 

@@ -39,17 +39,16 @@ QString quoteSourceFor(int16_t dataFormat)
     return dataFormat == kTdxSource ? QStringLiteral("7") : QStringLiteral("0");
 }
 
-std::optional<BarRead> readDailyBars(const QString &dataDir, const QString &source, const QString &code,
-                                     BarArray &bars)
+std::optional<BarRead> readDailyBars(const QString &dataDir, const QString &source, const QString &code, BarArray &bars)
 {
     using Reader = std::optional<BarRead> (*)(const BarRequest &, BarArray &);
     static const struct {
         const char *source;
-        Reader reader;     // a package reader, or
+        Reader reader;      // a package reader, or
         const char *layout; // a text layout
     } table[] = {
         {"0", ReadQianlong, nullptr}, {"1", ReadShenglong, nullptr}, {"2", ReadFenxijia, nullptr},
-        {"3", nullptr, "CSV"},        {"4", nullptr, "GET"},        {"5", nullptr, "METATEXT"},
+        {"3", nullptr, "CSV"},        {"4", nullptr, "GET"},         {"5", nullptr, "METATEXT"},
         {"6", nullptr, "TT2"},        {"7", ReadTdx, nullptr},
     };
     for (const auto &row : table) {

@@ -22,10 +22,7 @@ void copyOut(const std::optional<BarRead> &read, bool countsPeriod, int16_t &cou
     maxHighDate = read->maxHighDate;
 }
 
-bool mergingReaderCounts(int16_t period)
-{
-    return period >= 1 && period <= 3;
-}
+bool mergingReaderCounts(int16_t period) { return period >= 1 && period <= 3; }
 
 } // namespace
 
@@ -62,8 +59,7 @@ void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, i
 }
 
 void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-             int32_t &maxHighDate)
+             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate)
 {
     copyOut(ReadTdx({dataDir, code, period, fromDate, toDate}, bars), true, count, minLow, maxHigh, minLowDate,
             maxHighDate);

@@ -86,8 +86,7 @@ void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, i
                   const QString &layout, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
                   int32_t &minLowDate, int32_t &maxHighDate);
 void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-             int32_t &maxHighDate);
+             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate);
 // `period` is not used; `found` is set when the file is there.
 void BuildCurrentBar(int32_t lastDate, int16_t period, const QString &code, const QString &source, int32_t &date,
                      float &open, float &close, float &high, float &low, float &volume, float &amount, bool &found);

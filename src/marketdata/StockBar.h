@@ -22,8 +22,8 @@ struct StockBar {
 
 inline bool operator==(const StockBar &a, const StockBar &b)
 {
-    return a.Date == b.Date && a.Open == b.Open && a.Close == b.Close && a.High == b.High && a.Low == b.Low
-        && a.Volume == b.Volume && a.Amount == b.Amount;
+    return a.Date == b.Date && a.Open == b.Open && a.Close == b.Close && a.High == b.High && a.Low == b.Low &&
+           a.Volume == b.Volume && a.Amount == b.Amount;
 }
 
 constexpr int kBarArrayLast = 20000;

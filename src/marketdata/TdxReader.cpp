@@ -19,10 +19,7 @@ namespace {
 constexpr int kRecordSize = 32;
 constexpr int kPathAccessError = 75;
 
-uint32_t leU32(const unsigned char *p)
-{
-    return static_cast<uint32_t>(le32(p));
-}
+uint32_t leU32(const unsigned char *p) { return static_cast<uint32_t>(le32(p)); }
 
 // A file that exists but cannot be read (no permission, an unreadable
 // device) values the stock as a missing one does.
@@ -46,8 +43,8 @@ std::optional<BarRead> ReadTdx(const BarRequest &request, BarArray &bars)
     const TdxSecurity security = tdxSecurity(request.code);
     if (security.market.isEmpty())
         return std::nullopt;
-    const QString name = request.dataDir + QStringLiteral("\\vipdoc\\") + security.market + QStringLiteral("\\lday\\")
-        + security.market + security.stem + QStringLiteral(".day");
+    const QString name = request.dataDir + QStringLiteral("\\vipdoc\\") + security.market + QStringLiteral("\\lday\\") +
+                         security.market + security.stem + QStringLiteral(".day");
     BarFile file;
     if (!openReadable(file, name))
         return std::nullopt;

@@ -95,11 +95,13 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
 
             if (held > 0) {
                 resumeNext([&] {
-                    const QVariant v = scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100))") + buyRows);
+                    const QVariant v =
+                        scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100))") + buyRows);
                     costIn = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
                 });
                 resumeNext([&] {
-                    const QVariant v = scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1-交易费率/100))") + sellRows);
+                    const QVariant v =
+                        scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1-交易费率/100))") + sellRows);
                     proceeds = v.isNull() ? 0.0f : base::toSingle(v.toDouble());
                 });
                 (void)proceeds; // queried like the other sums, but nothing uses it
@@ -113,8 +115,8 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
                 resumeNext([&] { cells[5] = base::singleText(base::toSingle(divide(costIn, bought) * shares())); });
                 resumeNext([&] { cells[6] = base::singleText(base::toSingle(double(price) * shares())); });
                 resumeNext([&] {
-                    cells[7] = base::singleText(
-                        base::toSingle(double(price) * shares() - divide(costIn, bought) * shares()));
+                    cells[7] =
+                        base::singleText(base::toSingle(double(price) * shares() - divide(costIn, bought) * shares()));
                 });
                 // Inserted at position row (a row past the end fails and is skipped).
                 resumeNext([&] {
@@ -136,7 +138,8 @@ void HoldList(store::Database &db, const QString &user, const QuoteFn &quote, Ho
 
     float deposits = 0.0f;
     float withdrawals = 0.0f;
-    const QString funds = QStringLiteral("select sum(资金数量) from 资金表 where userid='") + store::pasteText(user) + u'\'';
+    const QString funds =
+        QStringLiteral("select sum(资金数量) from 资金表 where userid='") + store::pasteText(user) + u'\'';
     resumeNext([&] {
         const QVariant v = scalar(db, funds + QStringLiteral(" and 操作表示='存入'"));
         deposits = v.isNull() ? 0.0f : base::toSingle(v.toDouble());

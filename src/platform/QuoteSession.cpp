@@ -18,15 +18,9 @@ void loadMarketSettings()
     settings.GetDateSet();
 }
 
-QString dataPath()
-{
-    return marketdata::DataPath();
-}
+QString dataPath() { return marketdata::DataPath(); }
 
-QString quoteSource()
-{
-    return marketdata::quoteSourceFor(marketdata::DataFormat());
-}
+QString quoteSource() { return marketdata::quoteSourceFor(marketdata::DataFormat()); }
 
 QuoteSession::QuoteSession() : m_state(std::make_unique<State>()) {}
 
@@ -42,8 +36,8 @@ void QuoteSession::lookup(const QString &dataDir, const QString &source, const Q
                 const marketdata::StockBar &b = bars[i];
                 return Candle{b.Open, b.Close, b.High, b.Low};
             };
-            DrawPriceChart(candle, highestHigh, lowestLow, count, 80, *chartBox, QColor(255, 0, 0),
-                           QColor(0, 0, 255), 3);
+            DrawPriceChart(candle, highestHigh, lowestLow, count, 80, *chartBox, QColor(255, 0, 0), QColor(0, 0, 255),
+                           3);
         };
     }
     marketdata::QuoteLookup(dataDir, source, code, chartBox != nullptr, lastClose, m_state->quote, drawer);

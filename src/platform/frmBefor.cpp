@@ -29,15 +29,25 @@
 namespace {
 
 const char *const kReminder[14] = {
-    "    投资是一门艺术，需", "要不断地学习和实践。这", "里给大家一点提醒。", "  ",
-    "在操作的时候，请自问：", "  ",
-    "1，您的操作是否有经", "   过分析？", "  ",
-    "2，您的操作是否出于", "   一时冲动？", "  ",
-    "3，您的操作是否是最", "   合理的？",
+    "    投资是一门艺术，需",
+    "要不断地学习和实践。这",
+    "里给大家一点提醒。",
+    "  ",
+    "在操作的时候，请自问：",
+    "  ",
+    "1，您的操作是否有经",
+    "   过分析？",
+    "  ",
+    "2，您的操作是否出于",
+    "   一时冲动？",
+    "  ",
+    "3，您的操作是否是最",
+    "   合理的？",
 };
 
 // "投资分析" and "导入交割单" go beyond the classic buttons, placed before "退出".
-const char *const kToolbarButtons[8] = {"设置", "交易明细", "资金记录", "赢亏记录", "原始记录", "投资分析", "导入交割单", "退出"};
+const char *const kToolbarButtons[8] = {"设置",     "交易明细", "资金记录",   "赢亏记录",
+                                        "原始记录", "投资分析", "导入交割单", "退出"};
 
 } // namespace
 
@@ -138,10 +148,7 @@ void frmBefor::GetMame(const QString &GuName, const QString &GuPower)
     m_GuPower = GuPower;
 }
 
-void frmBefor::load()
-{
-    m_life.load();
-}
+void frmBefor::load() { m_life.load(); }
 
 void frmBefor::showEvent(QShowEvent *event)
 {
@@ -198,10 +205,7 @@ void frmBefor::HoldList()
     m_Text3->setText(h.percent);
 }
 
-void frmBefor::LoadRates()
-{
-    store::loadFeeValues(m_db);
-}
+void frmBefor::LoadRates() { store::loadFeeValues(m_db); }
 
 QString frmBefor::rawQuery() const
 {
@@ -266,25 +270,13 @@ void frmBefor::quoteLookup(const QString &dataDir, const QString &source, const 
     m_quote->lookup(dataDir, source, code, draw ? m_pPic1 : nullptr, lastClose);
 }
 
-void frmBefor::onCommand1Click()
-{
-    openEntry(0);
-}
+void frmBefor::onCommand1Click() { openEntry(0); }
 
-void frmBefor::onCommand2Click()
-{
-    openEntry(1);
-}
+void frmBefor::onCommand2Click() { openEntry(1); }
 
-void frmBefor::onCommand3Click()
-{
-    openEntry(2);
-}
+void frmBefor::onCommand3Click() { openEntry(2); }
 
-void frmBefor::onCommand4Click()
-{
-    openEntry(3);
-}
+void frmBefor::onCommand4Click() { openEntry(3); }
 
 void frmBefor::onCommand5Click()
 {
@@ -295,7 +287,8 @@ void frmBefor::onCommand5Click()
 void frmBefor::onMSFlexGrid1Click()
 {
     float close = 0;
-    quoteLookup(platform::dataPath(), platform::quoteSource(), m_MSFlexGrid1->textMatrix(m_MSFlexGrid1->row(), 1), true, close);
+    quoteLookup(platform::dataPath(), platform::quoteSource(), m_MSFlexGrid1->textMatrix(m_MSFlexGrid1->row(), 1), true,
+                close);
 }
 
 void frmBefor::onMSFlexGrid1DblClick()
@@ -314,12 +307,6 @@ void frmBefor::openEntry(int which)
     platform::openEntryWindow(this, which, m_GuName, m_GuPower, [this] { FrmRef(); });
 }
 
-void frmBefor::openReport(const QString &caption)
-{
-    platform::openReportWindow(this, caption, m_GuName, m_GuPower);
-}
+void frmBefor::openReport(const QString &caption) { platform::openReportWindow(this, caption, m_GuName, m_GuPower); }
 
-void frmBefor::openSettings()
-{
-    platform::openSettingsWindow(this);
-}
+void frmBefor::openSettings() { platform::openSettingsWindow(this); }

@@ -24,7 +24,7 @@ class FlexGrid;
 namespace platform {
 class PictureBox;
 struct QuoteSession;
-}
+} // namespace platform
 
 class frmBefor : public QMainWindow {
     Q_OBJECT
@@ -49,8 +49,7 @@ private:
     void formLoad();
     void HoldList();
     void LoadRates();
-    void quoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw,
-                     float &lastClose);
+    void quoteLookup(const QString &dataDir, const QString &source, const QString &code, bool draw, float &lastClose);
     // Opens the window of a toolbar caption; any other text does nothing.
     void onToolbar1ButtonClick(const QString &caption);
     // Deletes the record of the grid's current row from the raw records.

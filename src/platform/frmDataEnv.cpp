@@ -1,8 +1,8 @@
 #include "frmDataEnv.h"
 
-#include "reports/QueryGrid.h"
 #include "base/ErrorGuard.h"
 #include "base/Numbers.h"
+#include "reports/QueryGrid.h"
 #include "ui/Controls.h"
 #include "ui/FlexGrid.h"
 
@@ -23,7 +23,7 @@ struct FeeBox {
     const char *unit;
 };
 const FeeBox kFeeBoxes[6] = {
-    {"A 股交易费率", "%"},  {"基金交易费率", "%"},      {"深圳最低收费", "RMB"},
+    {"A 股交易费率", "%"},   {"基金交易费率", "%"},      {"深圳最低收费", "RMB"},
     {"上海最低收费", "RMB"}, {"上海 B 股交易费率", "%"}, {"深圳 B 股交易费率", "%"},
 };
 
@@ -142,7 +142,7 @@ int16_t frmDataEnv::SeachA(const QString &sql)
     // Runs on the window's handle as it stands, which is closed after load
     // and after "修改": the query fails and the failure is ignored.
     reports::fillGridFromQuery(m_db, *m_MSHFlexGrid1, m_current, sql, reports::OnError::ResumeNext,
-                              reports::FieldLayout::AllFields);
+                               reports::FieldLayout::AllFields);
     return 0;
 }
 

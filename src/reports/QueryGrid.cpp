@@ -65,17 +65,16 @@ int16_t fillGridFromQuery(store::Database &db, ui::FlexGrid &grid, store::Record
     // the engine cannot convert ends the program as it would have in a fill
     // that read every row.
     run([&] {
-        grid.setValueSource(n, first + shift, cols - 1 + shift,
-                            [rows = kept.rows(), shift](int r, int c) {
-                                QVariant v;
-                                try {
-                                    v = rows.value(r - 1, c - shift);
-                                } catch (const base::RuntimeError &e) {
-                                    if (e.number() == store::ErrConversion)
-                                        base::reportFatal(e);
-                                }
-                                return v;
-                            });
+        grid.setValueSource(n, first + shift, cols - 1 + shift, [rows = kept.rows(), shift](int r, int c) {
+            QVariant v;
+            try {
+                v = rows.value(r - 1, c - shift);
+            } catch (const base::RuntimeError &e) {
+                if (e.number() == store::ErrConversion)
+                    base::reportFatal(e);
+            }
+            return v;
+        });
     });
     // Where a fill row by row leaves the record set: after its last row.
     run([&] {

@@ -42,9 +42,6 @@ void ReportWindow::formLoad()
     FillGrid();
 }
 
-void ReportWindow::formUnload()
-{
-    m_db.close();
-}
+void ReportWindow::formUnload() { m_db.close(); }
 
 } // namespace reports

@@ -15,8 +15,7 @@ FeeClass feeClassOf(const QString &code)
     return FeeClass::None;
 }
 
-TradeFee tradeFee(double price, double shares, float rate, const QString &code, float minShenzhen,
-                  float minShanghai)
+TradeFee tradeFee(double price, double shares, float rate, const QString &code, float minShenzhen, float minShanghai)
 {
     TradeFee result;
     result.fee = base::toSingle(base::toInt32(price * shares * static_cast<double>(rate)) / 100.0);
@@ -56,7 +55,8 @@ ProfitRow profitRow(const QVariant &saleProceeds, const QVariant &sharesSold, co
     ProfitRow row;
     row.proceeds = saleProceeds.isNull() ? int16_t(0) : base::toInt16(saleProceeds.toDouble());
     if (!purchaseCost.isNull())
-        row.cost = base::toInt16(sharesSold.toDouble() * base::divide(purchaseCost.toDouble(), sharesBought.toDouble()));
+        row.cost =
+            base::toInt16(sharesSold.toDouble() * base::divide(purchaseCost.toDouble(), sharesBought.toDouble()));
     const double perShare = base::divide(saleProceeds.toDouble(), sharesSold.toDouble());
     row.averagePrice = base::doubleText(base::toInt32(perShare * 100.0) / 100.0);
     row.sharesSold = base::variantText(sharesSold);

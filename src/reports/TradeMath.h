@@ -25,8 +25,7 @@ struct TradeFee {
 // minimum of its class when it is not above it. `minShenzhen` is the fee
 // value at 税率表 position 3 ("00", "40"), `minShanghai` the one at position
 // 4 ("60").
-TradeFee tradeFee(double price, double shares, float rate, const QString &code, float minShenzhen,
-                  float minShanghai);
+TradeFee tradeFee(double price, double shares, float rate, const QString &code, float minShenzhen, float minShanghai);
 
 // Signed amount of a trade: price x shares plus the fee, in whole hundredths;
 // negative for a purchase, positive for a sale (the fee is added either way).

@@ -6,8 +6,7 @@ using namespace reports;
 
 frmCha::frmCha(QWidget *parent)
     : RecordWindow(QStringLiteral("frmCha"), QStringLiteral("  个股详细记录"), OnError::Raise, parent)
-{
-}
+{}
 
 void frmCha::GetMame(const QString &GuName, const QString &GuPower, const QString &Code1)
 {

@@ -11,8 +11,14 @@ using namespace reports;
 namespace {
 const QString kHeaders[9] = {
     QString(),
-    QStringLiteral("成交日期"), QStringLiteral("股票代码"), QStringLiteral("股票名称"), QStringLiteral("操作记录"),
-    QStringLiteral("成交价格"), QStringLiteral("成交数量"), QStringLiteral("成交费用"), QStringLiteral("成交金额"),
+    QStringLiteral("成交日期"),
+    QStringLiteral("股票代码"),
+    QStringLiteral("股票名称"),
+    QStringLiteral("操作记录"),
+    QStringLiteral("成交价格"),
+    QStringLiteral("成交数量"),
+    QStringLiteral("成交费用"),
+    QStringLiteral("成交金额"),
 };
 const int kWidths[9] = {200, 1100, 900, 1000, 900, 900, 900, 900, 1200}; // twips
 
@@ -21,8 +27,7 @@ bool isEmpty(const store::Recordset &rs) { return rs.BOF() && rs.EOF_(); }
 
 frmJyrec::frmJyrec(QWidget *parent)
     : ReportWindow(QStringLiteral("frmJyrec"), QStringLiteral("  交易明细"), FileMenu::MenuBar, parent)
-{
-}
+{}
 
 void frmJyrec::FillGrid()
 {
@@ -80,8 +85,8 @@ int16_t frmJyrec::appendTrades(const QString &code, bool purchase, int16_t r)
             grid.setTextMatrix(r, c + 1, base::variantText(rs.field(c)));
         const double price = rs.field(4).toDouble();
         const double shares = rs.field(5).toDouble();
-        const TradeFee fee = tradeFee(price, shares, rs.field(6).toFloat(), base::variantText(rs.field(1)),
-                                      minShenzhen, minShanghai);
+        const TradeFee fee =
+            tradeFee(price, shares, rs.field(6).toFloat(), base::variantText(rs.field(1)), minShenzhen, minShanghai);
         if (fee.shown)
             grid.setTextMatrix(r, 7, base::singleText(fee.fee));
         grid.setTextMatrix(r, 8, base::doubleText(tradeAmount(price, shares, fee.fee, purchase)));

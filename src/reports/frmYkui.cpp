@@ -10,16 +10,20 @@ using namespace reports;
 namespace {
 const QString kHeaders[8] = {
     QString(),
-    QStringLiteral("成交日期"), QStringLiteral("股票代码"), QStringLiteral("股票名称"), QStringLiteral("成交价格"),
-    QStringLiteral("成交数量"), QStringLiteral("成交金额"), QStringLiteral("盈亏统计"),
+    QStringLiteral("成交日期"),
+    QStringLiteral("股票代码"),
+    QStringLiteral("股票名称"),
+    QStringLiteral("成交价格"),
+    QStringLiteral("成交数量"),
+    QStringLiteral("成交金额"),
+    QStringLiteral("盈亏统计"),
 };
 const int kWidths[8] = {200, 1100, 900, 1000, 1000, 1000, 1100, 1100}; // twips
 } // namespace
 
 frmYkui::frmYkui(QWidget *parent)
     : ReportWindow(QStringLiteral("frmYkui"), QStringLiteral("  盈亏记录"), FileMenu::None, parent)
-{
-}
+{}
 
 void frmYkui::FillGrid()
 {

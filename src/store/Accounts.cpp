@@ -26,10 +26,7 @@ void step(OnError mode, F &&f)
         std::forward<F>(f)();
 }
 
-bool isEmpty(const Recordset &rs)
-{
-    return rs.BOF() && rs.EOF_();
-}
+bool isEmpty(const Recordset &rs) { return rs.BOF() && rs.EOF_(); }
 
 } // namespace
 
@@ -38,10 +35,7 @@ QString accountQuery(const QString &name)
     return QStringLiteral("select * from user where ") + foldedEquals(QStringLiteral("username"), name);
 }
 
-QString accountListQuery()
-{
-    return QStringLiteral("select * from user where username<>'supervisor'");
-}
+QString accountListQuery() { return QStringLiteral("select * from user where username<>'supervisor'"); }
 
 int16_t FindUser(Database &db, Recordset &rs, const QString &sql, QString &password, QString &role, OnError mode)
 {

@@ -42,10 +42,7 @@ QDateTime now()
 }
 
 // The journal's password: the connect text is ";pwd=<password>".
-QByteArray journalPassword()
-{
-    return kConnect.mid(kConnect.indexOf(u'=') + 1).toUtf8();
-}
+QByteArray journalPassword() { return kConnect.mid(kConnect.indexOf(u'=') + 1).toUtf8(); }
 
 [[noreturn]] void fail(int number, const QString &what, const QString &detail)
 {
@@ -82,10 +79,7 @@ bool isJournal(sqlite3 *connection)
 
 } // namespace
 
-QString backupFolder()
-{
-    return base::resolvePath(base::programFolder() + QStringLiteral("\\backup"));
-}
+QString backupFolder() { return base::resolvePath(base::programFolder() + QStringLiteral("\\backup")); }
 
 void copyDatabase(sqlite3 *connection, const QString &target)
 {
@@ -119,8 +113,8 @@ void copyDatabase(sqlite3 *connection, const QString &target)
     }
     if (rc == SQLITE_OK)
         rc = sqlite3_exec(dest, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
-    const QString detail = rc == SQLITE_OK ? QString()
-                                           : QString::fromUtf8(dest ? sqlite3_errmsg(dest) : sqlite3_errstr(rc));
+    const QString detail =
+        rc == SQLITE_OK ? QString() : QString::fromUtf8(dest ? sqlite3_errmsg(dest) : sqlite3_errstr(rc));
     if (sqlite3_close_v2(dest) != SQLITE_OK && rc == SQLITE_OK)
         rc = SQLITE_IOERR;
     if (rc != SQLITE_OK) {
@@ -180,7 +174,8 @@ void backupBeforeFirstWrite(sqlite3 *connection)
     } catch (const base::RuntimeError &e) {
         qCWarning(lcBackup).noquote() << QStringLiteral("数据库备份失败，本次运行没有备份 (%1)").arg(e.description());
     } catch (const std::exception &e) {
-        qCWarning(lcBackup).noquote() << QStringLiteral("数据库备份失败，本次运行没有备份 (%1)").arg(QString::fromLocal8Bit(e.what()));
+        qCWarning(lcBackup).noquote()
+            << QStringLiteral("数据库备份失败，本次运行没有备份 (%1)").arg(QString::fromLocal8Bit(e.what()));
     }
 }
 
@@ -202,9 +197,6 @@ void resetBackupState()
     g_tidied = false;
 }
 
-void setBackupClock(std::function<QDateTime()> clock)
-{
-    clockOverride() = std::move(clock);
-}
+void setBackupClock(std::function<QDateTime()> clock) { clockOverride() = std::move(clock); }
 
 } // namespace store

@@ -34,9 +34,8 @@ QByteArray pbkdf2Sha1(const QByteArray &password, const QByteArray &salt, int it
     // libcrypto is the library the engine itself derives keys with.
     QByteArray out(length, '\0');
     if (PKCS5_PBKDF2_HMAC_SHA1(password.constData(), int(password.size()),
-                               reinterpret_cast<const unsigned char *>(salt.constData()), int(salt.size()),
-                               iterations, length, reinterpret_cast<unsigned char *>(out.data()))
-        != 1)
+                               reinterpret_cast<const unsigned char *>(salt.constData()), int(salt.size()), iterations,
+                               length, reinterpret_cast<unsigned char *>(out.data())) != 1)
         throw base::RuntimeError(7, QStringLiteral("内存不足"));
     return out;
 }
@@ -53,9 +52,6 @@ QByteArray rawKeyText(const QString &password, const QByteArray &salt)
     return text;
 }
 
-void forgetRawKey(const QString &password, const QByteArray &salt)
-{
-    keyCache().remove(cacheKey(password, salt));
-}
+void forgetRawKey(const QString &password, const QByteArray &salt) { keyCache().remove(cacheKey(password, salt)); }
 
 } // namespace store

@@ -73,10 +73,7 @@ QFileInfo requireFile(const QString &text)
     return info;
 }
 
-QString userDatabaseName()
-{
-    return base::programFolder() + QStringLiteral("\\user2.mdb");
-}
+QString userDatabaseName() { return base::programFolder() + QStringLiteral("\\user2.mdb"); }
 
 } // namespace
 
@@ -124,10 +121,7 @@ Database Database::open(const QString &text, int options, bool readOnly, const Q
     return d;
 }
 
-bool Database::isOpen() const
-{
-    return m_impl && m_impl->db;
-}
+bool Database::isOpen() const { return m_impl && m_impl->db; }
 
 void Database::execute(const QString &sql, const QVariantList &params)
 {
@@ -171,16 +165,16 @@ void Database::close()
 
 ReadBatch::ReadBatch(Database &db)
 {
-    if (db.m_impl && db.m_impl->db && sqlite3_get_autocommit(db.m_impl->db)
-        && sqlite3_exec(db.m_impl->db, "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK)
+    if (db.m_impl && db.m_impl->db && sqlite3_get_autocommit(db.m_impl->db) &&
+        sqlite3_exec(db.m_impl->db, "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK)
         m_db = db.m_impl;
 }
 
 ReadBatch::~ReadBatch()
 {
     // The handle may have been closed meanwhile; closing ended the transaction.
-    if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db)
-        && sqlite3_exec(m_db->db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (m_db && m_db->db && !sqlite3_get_autocommit(m_db->db) &&
+        sqlite3_exec(m_db->db, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
         sqlite3_exec(m_db->db, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
@@ -214,9 +208,6 @@ Database openUserDatabase()
     return Database::open(userDatabaseName(), 1, false, kConnect);
 }
 
-void requireUserDatabase()
-{
-    requireFile(userDatabaseName());
-}
+void requireUserDatabase() { requireFile(userDatabaseName()); }
 
 } // namespace store

@@ -26,31 +26,31 @@ inline const QString kConnect = QStringLiteral(";pwd=qtr.vemblox.nzk");
 
 // Engine error numbers used by the program.
 enum EngineError : int {
-    ErrNoCurrentRecord = 3021,      // "无当前记录。"
-    ErrUpdateWithoutEdit = 3020,    // "更新或取消更新时没有 AddNew 或 Edit。"
-    ErrFileNotFound = 3024,         // "找不到文件 '…'。"
-    ErrNotValidPassword = 3031,     // "不是有效的密码。"
-    ErrSyntax = 3075,               // SQL that the engine cannot run
-    ErrNoSuchTable = 3078,          // "Microsoft Jet 数据库引擎找不到输入表或查询 '…'。"
-    ErrNotADatabase = 3343,         // "不可识别的数据库格式 '…'。"
-    ErrObjectClosed = 3420,         // "对象无效或不再被设置。"
-    ErrConversion = 3421,           // "数据类型转换错误。"
-    ErrObjectNotSet = 91,           // "对象变量或 With 块变量未设置"
-    ErrInvalidNull = 94,            // "无效使用 Null"
-    ErrDuplicateValue = 3022,       // a unique column would hold a value twice
-    ErrReadOnly = 3027,             // "不能更新。数据库或对象为只读。"
-    ErrDiskIo = 3043,               // "磁盘或网络错误。"
-    ErrCannotOpen = 3051,           // the file cannot be opened (permissions, locked)
-    ErrTooFewParameters = 3061,     // "参数不足，期待是 1。" (an unknown column name)
-    ErrSelectNotExecutable = 3065,  // "不能执行选定查询。" (execute() of a select)
-    ErrInvalidSqlStatement = 3129,  // empty or not a statement
-    ErrTrailingCharacters = 3142,   // "在 SQL 语句结束后找到字符。"
-    ErrFieldNotUpdatable = 3164,    // "不能更新字段。" (a computed column)
-    ErrRecordDeleted = 3167,        // "记录已删除。"
-    ErrLocked = 3218,               // "不能更新；当前被锁定。"
-    ErrInvalidOperation = 3219,     // "无效的操作。" (openRecordset of an action query)
-    ErrItemNotFound = 3265,         // "在此集合中找不到项目。"
-    ErrNumericOverflow = 3349,      // "数值字段溢出。"
+    ErrNoCurrentRecord = 3021,     // "无当前记录。"
+    ErrUpdateWithoutEdit = 3020,   // "更新或取消更新时没有 AddNew 或 Edit。"
+    ErrFileNotFound = 3024,        // "找不到文件 '…'。"
+    ErrNotValidPassword = 3031,    // "不是有效的密码。"
+    ErrSyntax = 3075,              // SQL that the engine cannot run
+    ErrNoSuchTable = 3078,         // "Microsoft Jet 数据库引擎找不到输入表或查询 '…'。"
+    ErrNotADatabase = 3343,        // "不可识别的数据库格式 '…'。"
+    ErrObjectClosed = 3420,        // "对象无效或不再被设置。"
+    ErrConversion = 3421,          // "数据类型转换错误。"
+    ErrObjectNotSet = 91,          // "对象变量或 With 块变量未设置"
+    ErrInvalidNull = 94,           // "无效使用 Null"
+    ErrDuplicateValue = 3022,      // a unique column would hold a value twice
+    ErrReadOnly = 3027,            // "不能更新。数据库或对象为只读。"
+    ErrDiskIo = 3043,              // "磁盘或网络错误。"
+    ErrCannotOpen = 3051,          // the file cannot be opened (permissions, locked)
+    ErrTooFewParameters = 3061,    // "参数不足，期待是 1。" (an unknown column name)
+    ErrSelectNotExecutable = 3065, // "不能执行选定查询。" (execute() of a select)
+    ErrInvalidSqlStatement = 3129, // empty or not a statement
+    ErrTrailingCharacters = 3142,  // "在 SQL 语句结束后找到字符。"
+    ErrFieldNotUpdatable = 3164,   // "不能更新字段。" (a computed column)
+    ErrRecordDeleted = 3167,       // "记录已删除。"
+    ErrLocked = 3218,              // "不能更新；当前被锁定。"
+    ErrInvalidOperation = 3219,    // "无效的操作。" (openRecordset of an action query)
+    ErrItemNotFound = 3265,        // "在此集合中找不到项目。"
+    ErrNumericOverflow = 3349,     // "数值字段溢出。"
 };
 
 // TableDef attributes of the engine's own tables (the system-object flag).

@@ -14,7 +14,8 @@ namespace store {
     static const QString noTable = QStringLiteral("no such table: ");
     if (message.startsWith(noTable))
         raise(ErrNoSuchTable,
-              QStringLiteral("Microsoft Jet 数据库引擎找不到输入表或查询 '%1'。确定它是否存在，以及它的名称的拼写是否正确。")
+              QStringLiteral(
+                  "Microsoft Jet 数据库引擎找不到输入表或查询 '%1'。确定它是否存在，以及它的名称的拼写是否正确。")
                   .arg(message.mid(noTable.size())));
     if (message.startsWith(QStringLiteral("no such column")))
         raise(ErrTooFewParameters, QStringLiteral("参数不足，期待是 1。"));
@@ -117,7 +118,6 @@ RawValue captureValue(sqlite3_stmt *st, int i, Kind kind, std::string &arena)
     return numeric ? real() : bytes(RawValue::Text);
 }
 
-
 QString quoteIdentifier(const QString &name)
 {
     QString q = name;
@@ -125,10 +125,7 @@ QString quoteIdentifier(const QString &name)
     return u'"' + q + u'"';
 }
 
-QString fromUtf8(const char *p)
-{
-    return p ? QString::fromUtf8(p) : QString();
-}
+QString fromUtf8(const char *p) { return p ? QString::fromUtf8(p) : QString(); }
 
 Statement::Statement(sqlite3 *db, const QString &sql, const QString &fileName)
 {

@@ -11,24 +11,12 @@ namespace store {
     throw base::RuntimeError(number, description);
 }
 
-[[noreturn]] inline void raiseNotSet()
-{
-    raise(ErrObjectNotSet, QStringLiteral("对象变量或 With 块变量未设置"));
-}
+[[noreturn]] inline void raiseNotSet() { raise(ErrObjectNotSet, QStringLiteral("对象变量或 With 块变量未设置")); }
 
-[[noreturn]] inline void raiseClosed()
-{
-    raise(ErrObjectClosed, QStringLiteral("对象无效或不再被设置。"));
-}
+[[noreturn]] inline void raiseClosed() { raise(ErrObjectClosed, QStringLiteral("对象无效或不再被设置。")); }
 
-[[noreturn]] inline void raiseNoCurrentRecord()
-{
-    raise(ErrNoCurrentRecord, QStringLiteral("无当前记录。"));
-}
+[[noreturn]] inline void raiseNoCurrentRecord() { raise(ErrNoCurrentRecord, QStringLiteral("无当前记录。")); }
 
-[[noreturn]] inline void raiseConversion()
-{
-    raise(ErrConversion, QStringLiteral("数据类型转换错误。"));
-}
+[[noreturn]] inline void raiseConversion() { raise(ErrConversion, QStringLiteral("数据类型转换错误。")); }
 
 } // namespace store

@@ -9,10 +9,7 @@ namespace {
 float g_fees[6] = {0, 0, 0, 0, 0, 0};
 }
 
-float feeValue(int column)
-{
-    return (column >= 1 && column <= 6) ? g_fees[column - 1] : 0.0f;
-}
+float feeValue(int column) { return (column >= 1 && column <= 6) ? g_fees[column - 1] : 0.0f; }
 
 void setFeeValue(int column, float value)
 {

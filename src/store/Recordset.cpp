@@ -67,7 +67,6 @@ bool combinesRows(const QString &statement)
     return false;
 }
 
-
 struct Column {
     QString name;
     QString origin; // column of the base table, empty for a computed one
@@ -76,10 +75,10 @@ struct Column {
 
 struct Row {
     qint64 rowid = 0;
-    qsizetype first = 0;     // its first value in the record set's raw values, -1 while not read
-    QList<QVariant> values;  // set instead for a row stored through the record set
-    bool deleted = false;    // deleted through this record set
-    bool gone = false;       // deleted by another handle before its values were read
+    qsizetype first = 0;    // its first value in the record set's raw values, -1 while not read
+    QList<QVariant> values; // set instead for a row stored through the record set
+    bool deleted = false;   // deleted through this record set
+    bool gone = false;      // deleted by another handle before its values were read
 };
 
 // Rows whose values are read together when one of them is first looked at.
@@ -93,7 +92,7 @@ struct Recordset::Impl {
     std::vector<Row> rows;
     std::vector<RawValue> raw; // the values of the rows as read, row after row
     std::string arena;         // their texts and blobs
-    QString table; // base table when the rows can be changed, else empty
+    QString table;             // base table when the rows can be changed, else empty
     // The statement the rows come from (with the row id in front when the
     // rows can be changed). Rows are read from it as they are needed: the
     // first ones at open, the rest at the first move or count.
@@ -455,20 +454,11 @@ Recordset::Impl &checked(const std::shared_ptr<Recordset::Impl> &impl)
 }
 } // namespace
 
-bool Recordset::isSet() const
-{
-    return bool(m_impl);
-}
+bool Recordset::isSet() const { return bool(m_impl); }
 
-bool Recordset::BOF() const
-{
-    return checked(m_impl).bof;
-}
+bool Recordset::BOF() const { return checked(m_impl).bof; }
 
-bool Recordset::EOF_() const
-{
-    return checked(m_impl).eof;
-}
+bool Recordset::EOF_() const { return checked(m_impl).eof; }
 
 void Recordset::MoveFirst()
 {
@@ -497,15 +487,9 @@ void Recordset::MoveLast()
     r.bof = r.eof = false;
 }
 
-void Recordset::MoveNext()
-{
-    Move(1);
-}
+void Recordset::MoveNext() { Move(1); }
 
-void Recordset::MovePrevious()
-{
-    Move(-1);
-}
+void Recordset::MovePrevious() { Move(-1); }
 
 void Recordset::Move(int rows)
 {
@@ -545,10 +529,7 @@ int Recordset::RecordCount() const
     return int(r.liveCount());
 }
 
-int Recordset::fieldCount() const
-{
-    return int(checked(m_impl).columns.size());
-}
+int Recordset::fieldCount() const { return int(checked(m_impl).columns.size()); }
 
 QString Recordset::fieldName(int i) const
 {

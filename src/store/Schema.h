@@ -12,15 +12,19 @@ inline const QString id = QStringLiteral("id");             // 0
 inline const QString username = QStringLiteral("username"); // 1
 inline const QString password = QStringLiteral("password"); // 2
 inline const QString power = QStringLiteral("power");       // 3
-}
+} // namespace user_col
 
 // The columns the original left unnamed.
 inline const QString kTradeReasonColumn = QStringLiteral("操作原因"); // havewhat position 8
 inline const QString kCashReasonColumn = QStringLiteral("操作原因");  // 资金表 position 3
 // 税率表: position 0 is a row number, 1 to 6 the settings.
 inline const QString kFeeColumns[7] = {
-    QStringLiteral("编号"),           QStringLiteral("A股交易费率"),    QStringLiteral("基金交易费率"),
-    QStringLiteral("深圳最低收费"),   QStringLiteral("上海最低收费"),   QStringLiteral("上海B股交易费率"),
+    QStringLiteral("编号"),
+    QStringLiteral("A股交易费率"),
+    QStringLiteral("基金交易费率"),
+    QStringLiteral("深圳最低收费"),
+    QStringLiteral("上海最低收费"),
+    QStringLiteral("上海B股交易费率"),
     QStringLiteral("深圳B股交易费率"),
 };
 

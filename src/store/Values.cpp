@@ -50,10 +50,7 @@ bool isNumberType(const QVariant &v)
     }
 }
 
-bool isDateType(const QVariant &v)
-{
-    return v.typeId() == QMetaType::QDate || v.typeId() == QMetaType::QDateTime;
-}
+bool isDateType(const QVariant &v) { return v.typeId() == QMetaType::QDate || v.typeId() == QMetaType::QDateTime; }
 
 QDateTime asDateTime(const QVariant &v)
 {
@@ -73,8 +70,8 @@ Kind kindOf(const char *declared)
         return Kind::Date;
     if (t.contains("SINGLE") || t.contains("FLOAT"))
         return Kind::Single;
-    if (t.contains("DOUB") || t.contains("REAL") || t.contains("NUMERIC") || t.contains("DECIMAL")
-        || t.contains("CURRENCY"))
+    if (t.contains("DOUB") || t.contains("REAL") || t.contains("NUMERIC") || t.contains("DECIMAL") ||
+        t.contains("CURRENCY"))
         return Kind::Double;
     if (t.contains("INT") || t.contains("COUNTER") || t.contains("LONG") || t.contains("BYTE"))
         return Kind::Integer;
@@ -239,7 +236,7 @@ QVariant storageValue(const QVariant &v, Kind kind)
         return qint64(v.toBool() ? -1 : 0);
     if (isNumberType(v))
         return (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float) ? QVariant(v.toDouble())
-                                                                                  : QVariant(v.toLongLong());
+                                                                                   : QVariant(v.toLongLong());
     if (isDateType(v))
         return isoText(asDateTime(v));
     return v.toString();

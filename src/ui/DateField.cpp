@@ -29,8 +29,8 @@ QDate DateField::parseTyped(const QString &text)
 void DateField::keyPressEvent(QKeyEvent *event)
 {
     const QString t = event->text();
-    const bool dateKey = t.size() == 1 && (QStringLiteral("0123456789/-.").contains(t[0]))
-                         && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    const bool dateKey = t.size() == 1 && (QStringLiteral("0123456789/-.").contains(t[0])) &&
+                         !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
     const bool erase = m_typing && event->key() == Qt::Key_Backspace;
     if (!dateKey && !erase) {
         finishTyping();

@@ -73,10 +73,7 @@ int FlexGridModel::rowCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_cells.size());
 }
 
-int FlexGridModel::columnCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : m_cols;
-}
+int FlexGridModel::columnCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : m_cols; }
 
 QVariant FlexGridModel::data(const QModelIndex &index, int role) const
 {
@@ -188,10 +185,7 @@ void FlexGridModel::setValue(int r, int c, const QVariant &value)
     cellChanged(r, c, Qt::DisplayRole);
 }
 
-void FlexGridModel::setValueFormat(ValueFormat format)
-{
-    m_format = std::move(format);
-}
+void FlexGridModel::setValueFormat(ValueFormat format) { m_format = std::move(format); }
 
 void FlexGridModel::setValueSource(int rows, int first, int last, ValueSource source)
 {
@@ -309,8 +303,7 @@ void FlexGridModel::clearContents()
 
 // ---- view ----------------------------------------------------------------
 
-FlexGrid::FlexGrid(QWidget *parent)
-    : QTableView(parent), m_model(new FlexGridModel(this))
+FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridModel(this))
 {
     setModel(m_model);
     m_model->setRows(2);
@@ -395,7 +388,8 @@ void FlexGrid::highlightRow(int r)
         return;
     const bool scrolls = hasAutoScroll();
     setAutoScroll(false);
-    selectionModel()->setCurrentIndex(m_model->index(r, std::clamp(m_col, 0, cols() - 1)), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(m_model->index(r, std::clamp(m_col, 0, cols() - 1)),
+                                      QItemSelectionModel::NoUpdate);
     setAutoScroll(scrolls);
     selectionModel()->select(QItemSelection(m_model->index(r, 0), m_model->index(r, cols() - 1)),
                              QItemSelectionModel::ClearAndSelect);
@@ -427,10 +421,7 @@ void FlexGrid::setCellForeColor(const QColor &color) { m_model->setForeColor(m_r
 
 QColor FlexGrid::cellForeColor(int r, int c) const { return m_model->foreColor(r, c); }
 
-void FlexGrid::addItem(const QString &text)
-{
-    m_model->addRow(text.split(u'\t'));
-}
+void FlexGrid::addItem(const QString &text) { m_model->addRow(text.split(u'\t')); }
 
 void FlexGrid::clear() { m_model->clearContents(); }
 

@@ -12,8 +12,7 @@ namespace ui {
 
 LifeCycle::LifeCycle(std::function<void()> onLoad, std::function<void()> onUnload)
     : m_onLoad(std::move(onLoad)), m_onUnload(std::move(onUnload))
-{
-}
+{}
 
 void LifeCycle::load()
 {
@@ -35,23 +34,16 @@ void LifeCycle::unload()
     m_loaded = false;
 }
 
-Form::Form(QWidget *parent)
-    : QDialog(parent), m_life([this] { formLoad(); }, [this] { formUnload(); })
+Form::Form(QWidget *parent) : QDialog(parent), m_life([this] { formLoad(); }, [this] { formUnload(); })
 {
     setWindowTitle(QStringLiteral("Tessaly"));
 }
 
 Form::~Form() = default;
 
-void Form::load()
-{
-    m_life.load();
-}
+void Form::load() { m_life.load(); }
 
-void Form::unload()
-{
-    done(QDialog::Rejected);
-}
+void Form::unload() { done(QDialog::Rejected); }
 
 void Form::showEvent(QShowEvent *event)
 {
@@ -80,10 +72,7 @@ void UserForm::GetMame(const QString &GuName, const QString &GuPower)
     m_GuPower = GuPower;
 }
 
-void UserForm::formLoad()
-{
-    setWindowTitle(m_GuName + m_captionWord);
-}
+void UserForm::formLoad() { setWindowTitle(m_GuName + m_captionWord); }
 
 namespace {
 

@@ -38,10 +38,7 @@ void msgBox(const QString &text)
     showBox(QMessageBox::Information, text);
 }
 
-void setMsgBoxRecorder(QStringList *recorder)
-{
-    g_recorder = recorder;
-}
+void setMsgBoxRecorder(QStringList *recorder) { g_recorder = recorder; }
 
 void installErrorBox()
 {

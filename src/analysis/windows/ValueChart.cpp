@@ -62,7 +62,8 @@ QRectF ValueChart::plotRect(const QSizeF &size) const
     const QFontMetricsF fm(font());
     const double left = fm.horizontalAdvance(QStringLiteral("-8888.8万")) + 10;
     const double bottom = fm.height() + 10;
-    return QRectF(left, 10, std::max(size.width() - left - 12, 10.0), std::max(size.height() - bottom - 10 - fm.height(), 10.0));
+    return QRectF(left, 10, std::max(size.width() - left - 12, 10.0),
+                  std::max(size.height() - bottom - 10 - fm.height(), 10.0));
 }
 
 int ValueChart::dayAt(double x) const

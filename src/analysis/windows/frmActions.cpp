@@ -63,8 +63,9 @@ frmActions::frmActions(QWidget *parent) : ui::UserForm(QStringLiteral("  分红�
     buttons->addWidget(cmdClose);
 
     m_gridActions = ui::flexGrid(this, "gridActions");
-    auto *note = ui::label(this, "lblNote",
-                           QStringLiteral("分红送配只用于投资分析；交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"));
+    auto *note =
+        ui::label(this, "lblNote",
+                  QStringLiteral("分红送配只用于投资分析；交易明细、盈亏记录和持股列表等原有窗口不计分红送配。"));
     note->setWordWrap(true);
 
     auto *left = new QVBoxLayout;
@@ -119,9 +120,12 @@ void frmActions::onCmdAddClick()
         int decimals;
         int64_t *target;
     } fields[] = {
-        {m_txtBonus, "送股", 4, &a.bonusPer10},        {m_txtTransfer, "转增", 4, &a.transferPer10},
-        {m_txtCash, "派息", 4, &a.cashPer10},          {m_txtTaxAmount, "扣税金额", 2, &a.taxFen},
-        {m_txtTaxRate, "扣税比例", 2, &a.taxRate},     {m_txtRights, "配股", 4, &a.rightsPer10},
+        {m_txtBonus, "送股", 4, &a.bonusPer10},
+        {m_txtTransfer, "转增", 4, &a.transferPer10},
+        {m_txtCash, "派息", 4, &a.cashPer10},
+        {m_txtTaxAmount, "扣税金额", 2, &a.taxFen},
+        {m_txtTaxRate, "扣税比例", 2, &a.taxRate},
+        {m_txtRights, "配股", 4, &a.rightsPer10},
         {m_txtRightsPrice, "配股价格", 4, &a.rightsPrice},
     };
     for (const auto &f : fields) {
@@ -141,7 +145,8 @@ void frmActions::onCmdAddClick()
     }
     analysis::addAction(m_db, m_GuName, a);
     m_changed = true;
-    for (QLineEdit *e : {m_txtBonus, m_txtTransfer, m_txtCash, m_txtTaxAmount, m_txtTaxRate, m_txtRights, m_txtRightsPrice, m_txtNote})
+    for (QLineEdit *e :
+         {m_txtBonus, m_txtTransfer, m_txtCash, m_txtTaxAmount, m_txtTaxRate, m_txtRights, m_txtRightsPrice, m_txtNote})
         e->clear();
     m_chkRightsTaken->setChecked(false);
     fillList();

@@ -2,10 +2,10 @@
 
 #include "TableGrid.h"
 #include "ValueChart.h"
-#include "frmActions.h"
 #include "analysis/Prices.h"
 #include "analysis/Settings.h"
 #include "base/ErrorGuard.h"
+#include "frmActions.h"
 #include "store/Database.h"
 #include "ui/Controls.h"
 #include "ui/FlexGrid.h"
@@ -111,9 +111,9 @@ void frmAnalysis::readJournal(store::Database &db)
 void frmAnalysis::refresh()
 {
     m_analysis = analyse(m_journal, m_method, m_prices, QDate::currentDate());
-    showTable(*m_gridStocks, stockTable(m_analysis), {900, 1000, 900, 1200, 900, 800, 1200, 1100, 1100, 900, 900, 2200});
-    showTable(*m_gridTrades, tradeTable(m_analysis),
-              {1200, 900, 1000, 600, 900, 900, 900, 1200, 1200, 1100, 3600});
+    showTable(*m_gridStocks, stockTable(m_analysis),
+              {900, 1000, 900, 1200, 900, 800, 1200, 1100, 1100, 900, 900, 2200});
+    showTable(*m_gridTrades, tradeTable(m_analysis), {1200, 900, 1000, 600, 900, 900, 900, 1200, 1200, 1100, 3600});
     // Rows with a problem stand out in red.
     const int problemCol = m_gridTrades->cols() - 1;
     for (int r = 1; r < m_gridTrades->rows(); ++r)
@@ -165,7 +165,8 @@ Table frmAnalysis::currentTable() const
 
 void frmAnalysis::onCmdExportClick()
 {
-    const QString suggested = m_GuName + u'-' + m_tabAnalysis->tabText(m_tabAnalysis->currentIndex()) + QStringLiteral(".csv");
+    const QString suggested =
+        m_GuName + u'-' + m_tabAnalysis->tabText(m_tabAnalysis->currentIndex()) + QStringLiteral(".csv");
     const QString path = chooser() ? chooser()(suggested)
                                    : QFileDialog::getSaveFileName(this, QStringLiteral("导出"), suggested,
                                                                   QStringLiteral("CSV 文件 (*.csv)"));
