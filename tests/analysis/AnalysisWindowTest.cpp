@@ -18,19 +18,16 @@ const QString kUser = QStringLiteral("ZHANG");
 
 void journal()
 {
-    store::Database db = store::openUserDatabase();
     // Rate 0 and no minimum fee: figures that can be followed by hand.
-    db.execute(QStringLiteral("update 税率表 set 深圳最低收费=0, 上海最低收费=0"));
-    db.execute(QStringLiteral("insert into 资金表 values (?, '2024-01-02', 100000, '', '存入')"), {kUser});
-    const auto trade = [&](const char *date, double price, double shares, const char *op) {
-        db.execute(QStringLiteral("insert into havewhat values (?, '600000', '浦发银行', ?, ?, ?, 0, ?, ?)"),
-                   {kUser, QString::fromLatin1(date), price, shares, QString::fromUtf8(op), QString::fromUtf8(op)});
+    store::openUserDatabase().execute(QStringLiteral("update 税率表 set 深圳最低收费=0, 上海最低收费=0"));
+    testjournal::addCash(100000, true, kUser);
+    const auto trade = [](int day, double price, double shares, bool buy) {
+        return testjournal::Trade{.code = "600000", .name = "浦发银行", .date = QDate(2024, 1, day), .price = price,
+                                  .shares = shares, .buy = buy, .user = kUser};
     };
-    trade("2024-01-03", 10.0, 1000, "买进");
-    trade("2024-01-04", 20.0, 1000, "买进");
-    trade("2024-01-05", 30.0, 1500, "卖出"); // proceeds 45,000: beyond what the classic report holds
-    trade("2024-01-06", 30.0, 9000, "卖出"); // more than held: flagged
-    db.close();
+    testjournal::addTrades({trade(3, 10.0, 1000, true), trade(4, 20.0, 1000, true),
+                            trade(5, 30.0, 1500, false),   // proceeds 45,000: beyond what the classic report holds
+                            trade(6, 30.0, 9000, false)}); // more than held: flagged
 }
 
 // Runs `step` on the modal window once it is open (the click that opens it blocks).
@@ -78,17 +75,13 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     // 10送3 today (the date box's default), refused first for a stock not held.
     whenModal([](QWidget *a) {
         EXPECT_EQ(child<QLineEdit>(a, "txtCode")->text(), QStringLiteral("600000")); // the stock row selected
-        child<QLineEdit>(a, "txtCode")->clear();
-        QTest::keyClicks(child<QLineEdit>(a, "txtCode"), QStringLiteral("000001"));
+        retype(child<QLineEdit>(a, "txtCode"), QStringLiteral("000001"));
         QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
         QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
-        child<QLineEdit>(a, "txtCode")->clear();
-        QTest::keyClicks(child<QLineEdit>(a, "txtCode"), QStringLiteral("600000"));
-        child<QLineEdit>(a, "txtBonus")->clear();
-        QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3x"));
+        retype(child<QLineEdit>(a, "txtCode"), QStringLiteral("600000"));
+        retype(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3x"));
         QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
-        child<QLineEdit>(a, "txtBonus")->clear();
-        QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
+        retype(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
         QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
         QTest::mouseClick(child<QPushButton>(a, "cmdClose"), Qt::LeftButton);
     });

@@ -37,14 +37,7 @@ ToolRun runExport(const QString &folder, const QStringList &args, const QString 
 // CSV lines of a grid as the tool writes them (no field here needs quoting).
 QByteArray gridCsv(const ui::FlexGrid &g)
 {
-    QString text;
-    for (int r = 0; r < g.rows(); ++r) {
-        QStringList cells;
-        for (int c = 1; c < g.cols(); ++c)
-            cells << g.textMatrix(r, c);
-        text += cells.join(u',') + QStringLiteral("\r\n");
-    }
-    return "\xEF\xBB\xBF" + text.toUtf8();
+    return "\xEF\xBB\xBF" + (gridRows(g, 0, u',').join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8();
 }
 
 template <typename Window, typename... Extra>

@@ -11,15 +11,8 @@ namespace {
 
 TradeRow trade(const char *code, QDate date, double price, double shares, bool buy, float rate = 0)
 {
-    TradeRow t;
-    t.code = QString::fromLatin1(code);
-    t.name = QStringLiteral("测试");
-    t.date = date;
-    t.price = price;
-    t.shares = shares;
-    t.rate = rate;
-    t.buy = buy;
-    return t;
+    return {.code = QString::fromLatin1(code), .name = QStringLiteral("测试"), .date = date, .price = price,
+            .shares = shares, .rate = rate, .buy = buy};
 }
 
 QDate jan(int day) { return QDate(2024, 1, day); }
@@ -34,27 +27,11 @@ Journal longJournal()
     j.trades = {trade("600000", jan(3), 10.0, 1000, true),  trade("600000", jan(4), 20.0, 1000, true),
                 trade("600000", jan(5), 30.0, 1500, false), trade("600000", jan(9), 12.0, 100, true),
                 trade("600000", jan(10), 15.0, 750, false), trade("600000", jan(11), 9.5, 200, true)};
-    CorporateAction bonus;
-    bonus.code = QStringLiteral("600000");
-    bonus.exDate = jan(8);
-    bonus.bonusPer10 = 30000;
-    CorporateAction dividend = bonus;
-    dividend.bonusPer10 = 0;
-    dividend.exDate = jan(15);
-    dividend.cashPer10 = 20000;
-    dividend.taxRate = 1000;
-    CorporateAction rights = bonus;
-    rights.bonusPer10 = 0;
-    rights.exDate = jan(16);
-    rights.rightsPer10 = 30000;
-    rights.rightsPrice = 80000;
-    rights.rightsTaken = true;
-    CorporateAction declined = rights;
-    declined.exDate = jan(17);
-    declined.rightsPer10 = 20000;
-    declined.rightsPrice = 70000;
-    declined.rightsTaken = false;
-    j.actions = {bonus, dividend, rights, declined};
+    const QString code = QStringLiteral("600000");
+    j.actions = {{.code = code, .exDate = jan(8), .bonusPer10 = 30000},
+                 {.code = code, .exDate = jan(15), .cashPer10 = 20000, .taxRate = 1000},
+                 {.code = code, .exDate = jan(16), .rightsPer10 = 30000, .rightsPrice = 80000, .rightsTaken = true},
+                 {.code = code, .exDate = jan(17), .rightsPer10 = 20000, .rightsPrice = 70000}};
     return j;
 }
 
@@ -137,11 +114,8 @@ TEST(Portfolio, FifoSpreadsBonusSharesOverLotsAndSellsAcrossThem)
     j.cash.push_back({jan(1), 10000.0, true});
     j.trades = {trade("000001", jan(2), 10.0, 100, true), trade("000001", jan(3), 11.0, 100, true),
                 trade("000001", jan(4), 12.0, 100, true), trade("000001", jan(6), 20.0, 300, false)};
-    CorporateAction a; // 10转增5 on 300 shares: each lot of 100 becomes 150
-    a.code = QStringLiteral("000001");
-    a.exDate = jan(5);
-    a.transferPer10 = 50000;
-    j.actions = {a};
+    // 10转增5 on 300 shares: each lot of 100 becomes 150
+    j.actions = {{.code = QStringLiteral("000001"), .exDate = jan(5), .transferPer10 = 50000}};
     const Analysis r = analyse(j, CostMethod::Fifo, {}, jan(6));
     // 300 sold = lot one (150, 1,000) and lot two (150, 1,100): 6,000 - 2,100
     EXPECT_EQ(r.trades[3].costFen, 210000);

@@ -1,9 +1,8 @@
 // Stores trades and cash movements through the entry code, one after the
 // other, and prints a line after each store has returned: "T n" for trade n,
-// "C n" for cash movement n. The crash-safety tests kill it at random moments,
-// or, given <crash-at> <seed> <stores>, let the power-loss file layer fail the
-// power at its operation <crash-at> (0: never; the layer's count is printed
-// as "O n" at the end).
+// "C n" for cash movement n. Arguments: <folder> <first> <crash-at> <seed>
+// <stores>; the power-loss file layer fails the power at its operation
+// <crash-at> (0: never; the layer's count is printed as "O n" at the end).
 #include "base/Paths.h"
 #include "entry/CashEntry.h"
 #include "entry/TradeEntry.h"
@@ -17,15 +16,13 @@
 
 int main(int argc, char **argv)
 {
-    if (argc != 3 && argc != 6)
+    if (argc != 6)
         return 2;
     QCoreApplication app(argc, argv);
     base::setProgramFolder(QString::fromLocal8Bit(argv[1]));
     const int start = std::atoi(argv[2]);
-    const bool powerLoss = argc == 6;
-    if (powerLoss)
-        powerloss::install(std::atoll(argv[3]), uint32_t(std::strtoul(argv[4], nullptr, 10)));
-    const int stores = powerLoss ? std::atoi(argv[5]) : 100000;
+    powerloss::install(std::atoll(argv[3]), uint32_t(std::strtoul(argv[4], nullptr, 10)));
+    const int stores = std::atoi(argv[5]);
     const QString user = QStringLiteral("CRASH");
     for (int n = start; n < start + stores; ++n) {
         entry::TradeInput t;
@@ -51,7 +48,6 @@ int main(int argc, char **argv)
         std::printf("C %d\n", n);
         std::fflush(stdout);
     }
-    if (powerLoss)
-        std::printf("O %lld\n", static_cast<long long>(powerloss::operations()));
+    std::printf("O %lld\n", static_cast<long long>(powerloss::operations()));
     return 0;
 }

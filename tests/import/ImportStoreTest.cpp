@@ -4,7 +4,6 @@
 
 #include "import/frmImport.h"
 #include "reports/TradeMath.h"
-#include "reports/frmJyrec.h"
 #include "ui/FlexGrid.h"
 
 #include "support/Helpers.h"
@@ -169,23 +168,4 @@ TEST_F(ImportTest, WindowPreviewsFollowsTheMappingAndImports)
     EXPECT_NEAR(detailsFee(trades[0]), 43.68, 0.01);
     // The preview now shows the stored rows as imported before.
     EXPECT_EQ(grid->textMatrix(3, 11), "已导入过");
-}
-
-TEST_F(ImportTest, TradeDetailsChargeTheBrokersFees)
-{
-    import("jiaogedan-2023.xls");
-    frmJyrec w;
-    w.GetMame(kUser, QStringLiteral("user"));
-    w.load();
-    const ui::FlexGrid &g = *w.grid();
-    // Fee and amount columns; a purchase's amount is the statement's 发生金额.
-    // (The engine lists the distinct codes in their sort order.)
-    const QStringList expected[] = {{"000001", "买进", "6.53", "-26106.53"},
-                                    {"600036", "买进", "9.5", "-35209.5"},
-                                    {"600036", "卖出", "24.38", "19024.38"}};
-    ASSERT_EQ(g.rows(), 4);
-    for (int r = 1; r <= 3; ++r)
-        EXPECT_EQ((QStringList{g.textMatrix(r, 2), g.textMatrix(r, 4), g.textMatrix(r, 7), g.textMatrix(r, 8)}),
-                  expected[r - 1]);
-    w.unload();
 }

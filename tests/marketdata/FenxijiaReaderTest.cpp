@@ -2,8 +2,6 @@
 
 #include "MarketTestUtil.h"
 
-#include "support/Helpers.h"
-
 using namespace mdtest;
 
 namespace {

@@ -5,8 +5,6 @@
 
 #include "marketdata/MarketSettings.h"
 
-#include "support/Helpers.h"
-
 #include <sys/stat.h>
 
 using namespace mdtest;
@@ -147,14 +145,6 @@ TEST(QianlongReader, DefinedFailures)
     d.write(QStringLiteral("data/shase/day/600001.day"), QByteArray(32767 * 40 + 20, '\0'));
     EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600001"), 1, bars); }),
               base::ErrOverflow);
-    // More bars in range than the array holds.
-    QByteArray many;
-    for (int i = 0; i < 20001; ++i)
-        many += qlRec(20000101 + i, 1, 2, 0.5, 1.5);
-    d.write(QStringLiteral("data/shase/day/600002.day"), many);
-    EXPECT_EQ(errorOf([&] { readBars(ReadQianlong, d.path(), QStringLiteral("600002"), 1, bars); }),
-              base::ErrSubscript);
-    EXPECT_EQ(bars[20000].Date, 20000101 + 19999);
 
     // A named pipe where a price file should be is no file; opening it does
     // not wait for a writer.

@@ -5,7 +5,6 @@
 
 #include "marketdata/QuoteLookup.h"
 
-#include "support/Helpers.h"
 
 using namespace mdtest;
 

@@ -3,12 +3,6 @@
 
 #include "MarketTestUtil.h"
 
-#include "support/Helpers.h"
-
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 using namespace mdtest;
 
 TEST(TdxReader, FileNameAndPriceUnitFollowTheCode)
@@ -151,18 +145,8 @@ TEST(TdxReader, BadFilesFailCleanly)
         EXPECT_EQ(o.count, c.count) << c.code << " period " << c.period;
     }
 
-    // A folder or a socket where the file should be is no file.
+    // A folder where the file should be is no file.
     QDir().mkpath(d.path() + u'/' + dir + QStringLiteral("sh600006.day"));
-    sockaddr_un addr{};
-    addr.sun_family = AF_UNIX;
-    const QByteArray socketPath = QFile::encodeName(d.path() + u'/' + dir + QStringLiteral("sh600007.day"));
-    ASSERT_LT(socketPath.size(), qsizetype(sizeof addr.sun_path));
-    memcpy(addr.sun_path, socketPath.constData(), size_t(socketPath.size()));
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(::bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr), 0);
-    for (const char *code : {"600006", "600007"}) {
-        BarArray bars;
-        EXPECT_TRUE(readBars(ReadTdx, d.path(), QLatin1String(code), 1, bars).untouched()) << code;
-    }
-    ::close(fd);
+    BarArray bars;
+    EXPECT_TRUE(readBars(ReadTdx, d.path(), QStringLiteral("600006"), 1, bars).untouched());
 }

@@ -6,8 +6,6 @@
 #include "base/Gbk.h"
 #include "marketdata/TextFields.h"
 
-#include "support/Helpers.h"
-
 using namespace mdtest;
 
 namespace {
@@ -88,21 +86,6 @@ TEST(TextReader, OddInputsAsTheAlgorithmReadsThem)
     d.write(QStringLiteral("600002.txt"), "99999999999,1,2,3,4\r\n");
     EXPECT_EQ(errorOf([&] { readText(d, QStringLiteral("METATEXT"), 1, none, QStringLiteral("600002")); }),
               base::ErrOverflow);
-}
-
-TEST(TextReader, WeeklyMergeAndArrayLimit)
-{
-    // The merge itself is the one of the 分析家 reader.
-    DataFolder d;
-    d.write(QStringLiteral("600000.txt"), "20240105,1,2,1,1.5\n20240107,1.5,3,1.2,2\n");
-    BarArray bars;
-    EXPECT_EQ(readText(d, QStringLiteral("METATEXT"), 2, bars).count, 2);
-    QByteArray many;
-    for (int i = 0; i < 20001; ++i)
-        many += "20240105,1,2,1,1.5\n";
-    d.write(QStringLiteral("600001.txt"), many);
-    EXPECT_EQ(errorOf([&] { readText(d, QStringLiteral("METATEXT"), 1, bars, QStringLiteral("600001")); }),
-              base::ErrSubscript);
 }
 
 TEST(TextReader, RealExportReadAsCsv)

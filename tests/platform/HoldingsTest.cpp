@@ -1,4 +1,3 @@
-#include "Journal.h"
 #include "support/Helpers.h"
 #include "platform/Holdings.h"
 
@@ -6,6 +5,7 @@
 
 using platform::Holdings;
 using platform::HoldList;
+using namespace testjournal;
 
 namespace {
 
@@ -42,8 +42,7 @@ protected:
 
 TEST_F(HoldingsTest, TwoBuysAtDifferentRatesAverageTheirCostWithFees)
 {
-    addTrade(db, {"600000", kBuy, 10.00, 100, 0.35f});
-    addTrade(db, {"600000", kBuy, 12.00, 100, 0.5f});
+    addTrades({{.code = "600000", .price = 10.00, .shares = 100, .rate = 0.35f}, {.code = "600000", .price = 12.00, .shares = 100, .rate = 0.5f}});
     quotes.closes["600000"] = 11.5f;
     const Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);
@@ -54,11 +53,9 @@ TEST_F(HoldingsTest, TwoBuysAtDifferentRatesAverageTheirCostWithFees)
 
 TEST_F(HoldingsTest, SoldOutStocksGetNoRowAndPartialSalesReduceTheHolding)
 {
-    addTrade(db, {"000001", kBuy, 10, 1000, 0});
-    addTrade(db, {"000001", kSell, 11, 1000, 0});
-    addTrade(db, {"000002", kBuy, 10, 1000, 0});
-    addTrade(db, {"000002", kSell, 11, 300, 0});
-    addTrade(db, {"000003", kSell, 11, 500, 0}); // sold, never bought
+    addTrades({{.code = "000001", .price = 10, .shares = 1000}, {.code = "000001", .price = 11, .shares = 1000, .buy = false},
+               {.code = "000002", .price = 10, .shares = 1000}, {.code = "000002", .price = 11, .shares = 300, .buy = false},
+               {.code = "000003", .price = 11, .shares = 500, .buy = false}}); // sold, never bought
     quotes.closes["000002"] = 10;
     const Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);
@@ -75,8 +72,7 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
 {
     // The first code's bought total of 40000 does not fit: bought stays 0 and
     // the code gets no row.
-    addTrade(db, {"600001", kBuy, 1, 20000, 0});
-    addTrade(db, {"600001", kBuy, 1, 20000, 0});
+    addTrades({{.code = "600001", .price = 1, .shares = 20000}, {.code = "600001", .price = 1, .shares = 20000}});
     quotes.closes["600001"] = 2;
     Holdings h = run();
     EXPECT_TRUE(h.rows.empty());
@@ -86,11 +82,9 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
     // before it.
     TestFolder other;
     db = store::openUserDatabase();
-    addTrade(db, {"600002", kBuy, 1, 1000, 0});
-    addTrade(db, {"600002", kSell, 1, 100, 0});
-    addTrade(db, {"600003", kBuy, 1, 1000, 0});
-    addTrade(db, {"600003", kSell, 1, 20000, 0});
-    addTrade(db, {"600003", kSell, 1, 20000, 0});
+    addTrades({{.code = "600002", .price = 1, .shares = 1000}, {.code = "600002", .price = 1, .shares = 100, .buy = false},
+               {.code = "600003", .price = 1, .shares = 1000}, {.code = "600003", .price = 1, .shares = 20000, .buy = false},
+               {.code = "600003", .price = 1, .shares = 20000, .buy = false}});
     h = run();
     ASSERT_EQ(h.rows.size(), 2u);
     EXPECT_EQ(h.rows[0][4], "900");
@@ -101,9 +95,8 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
     // nothing to the market value.
     TestFolder third;
     db = store::openUserDatabase();
-    addTrade(db, {"600004", kBuy, 1, 500, 0});
-    addTrade(db, {"600005", kBuy, 1, 30000, 0});
-    addTrade(db, {"600005", kSell, 1, -5000, 0});
+    addTrades({{.code = "600004", .price = 1, .shares = 500}, {.code = "600005", .price = 1, .shares = 30000},
+               {.code = "600005", .price = 1, .shares = -5000, .buy = false}});
     quotes.closes = {{"600004", 2}, {"600005", 3}};
     h = run();
     ASSERT_EQ(h.rows.size(), 2u);
@@ -113,13 +106,13 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
 
 TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValueAndKeptWithoutHoldings)
 {
-    addCash(db, 12000, QStringLiteral("存入"));
+    addCash(12000);
     Holdings h = run(QStringLiteral(" 3.5%"));
     EXPECT_TRUE(h.rows.empty());
     EXPECT_EQ(std::make_tuple(h.marketValue, h.netFunds, h.percent), std::make_tuple("0", "12000", " 3.5%"));
 
-    addTrade(db, {"600000", kBuy, 9, 1000, 0});
-    addCash(db, 2000, QStringLiteral("提取"));
+    addTrades({{.code = "600000", .price = 9, .shares = 1000}});
+    addCash(2000, false);
     quotes.closes["600000"] = 9;
     h = run();
     EXPECT_EQ(std::make_tuple(h.marketValue, h.netFunds, h.percent), std::make_tuple("9000", "10000", "-11.11%"));
@@ -132,8 +125,7 @@ TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValueAndKeptWithoutHolding
 
 TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)
 {
-    addTrade(db, {"600000", kBuy, 10, 100, 0});
-    addTrade(db, {"600010", kBuy, 10, 100, 0});
+    addTrades({{.code = "600000", .price = 10, .shares = 100}, {.code = "600010", .price = 10, .shares = 100}});
     quotes.closes["600000"] = 8;
     const Holdings h = run();
     ASSERT_EQ(h.rows.size(), 2u);
@@ -146,11 +138,8 @@ TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)
 
 TEST_F(HoldingsTest, OnlyTheUsersOwnRowsCountAndAQuoteInTheNameFailsQuietly)
 {
-    addTrade(db, {"600000", kBuy, 10, 100, 0});
-    Trade bob{"600000", kBuy, 10, 5000, 0};
-    bob.user = "BOB";
-    addTrade(db, bob);
-    addCash(db, 99999, QStringLiteral("存入"), "BOB");
+    addTrades({{.code = "600000", .price = 10, .shares = 100}, {.code = "600000", .price = 10, .shares = 5000, .user = "BOB"}});
+    addCash(99999, true, "BOB");
     quotes.closes["600000"] = 10;
     Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);

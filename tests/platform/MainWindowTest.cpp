@@ -1,4 +1,3 @@
-#include "Journal.h"
 #include "support/Helpers.h"
 #include "platform/frmBefor.h"
 #include "marketdata/MarketSettings.h"
@@ -9,6 +8,8 @@
 
 #include <QAbstractItemModelTester>
 #include <QToolBar>
+
+using namespace testjournal;
 
 namespace {
 
@@ -52,11 +53,8 @@ protected:
 
 TEST_F(MainWindowTest, LoadShowsCaptionReminderHoldingsAndFigures)
 {
-    {
-        store::Database db = store::openUserDatabase();
-        addTrade(db, {"600000", kBuy, 10, 100, 0});
-        addCash(db, 2000, QStringLiteral("存入"));
-    }
+    addTrades({{.code = "600000", .price = 10, .shares = 100}});
+    addCash(2000);
     open();
     EXPECT_EQ(w->windowTitle(), "ALICE 的帐户管理");
     auto *list = w->findChild<QListWidget *>(QStringLiteral("List1"));
@@ -81,10 +79,7 @@ TEST_F(MainWindowTest, TdxChosenInTheSettingsValuesAndChartsFromItsFiles)
     QDir().mkpath(folder.file(QStringLiteral("tdx/vipdoc/sz/lday")));
     QFile::copy(QString::fromUtf8(TESSALY_TEST_DATA "/real/sz300425.tdx.day"),
                 folder.file(QStringLiteral("tdx/vipdoc/sz/lday/sz300425.day")));
-    {
-        store::Database db = store::openUserDatabase();
-        addTrade(db, {"300425", kBuy, 30, 100, 0});
-    }
+    addTrades({{.code = "300425", .price = 30, .shares = 100}});
     QFile dateset(folder.file(QStringLiteral("dateset.dat")));
     ASSERT_TRUE(dateset.open(QIODevice::WriteOnly));
     dateset.write(marketdata::dateSetFileBytes(7, folder.path() + QStringLiteral("\\TDX")));
@@ -105,12 +100,8 @@ TEST_F(MainWindowTest, TdxChosenInTheSettingsValuesAndChartsFromItsFiles)
 
 TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
 {
-    {
-        store::Database db = store::openUserDatabase();
-        addTrade(db, {"600001", kBuy, 10, 100, 0});
-        addTrade(db, {"600002", kBuy, 10, 200, 0});
-        addTrade(db, {"600003", kBuy, 10, 300, 0});
-    }
+    addTrades({{.code = "600001", .price = 10, .shares = 100}, {.code = "600002", .price = 10, .shares = 200},
+               {.code = "600003", .price = 10, .shares = 300}});
     open();
     w->show();
     rightClickRow(1);
@@ -137,9 +128,7 @@ TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
     ASSERT_EQ(grid()->rows(), 3);
     EXPECT_EQ(grid()->textMatrix(1, 2), "600001");
     EXPECT_EQ(grid()->textMatrix(2, 2), "600002");
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select count(*) from havewhat where 股票代码='600003'"));
-    EXPECT_EQ(rs.field(0).toInt(), 0);
+    EXPECT_EQ(count(QStringLiteral("havewhat where 股票代码='600003'")), 0);
 
     // "持股列表" goes back to the holdings view and its figures.
     w->findChild<QPushButton *>(QStringLiteral("Command5"))->click();
@@ -155,11 +144,7 @@ TEST_F(MainWindowTest, EmptyAndNullFieldsAndAUserWithoutTrades)
     for (int c = 0; c < grid()->cols(); ++c)
         EXPECT_EQ(grid()->textMatrix(0, c), "");
 
-    {
-        store::Database db = store::openUserDatabase();
-        testjournal::addRows(db, QStringLiteral("havewhat"),
-                             {{QStringLiteral("ALICE"), QStringLiteral("000001"), QString(), {}, {}, {}, {}, kBuy}});
-    }
+    addRows(QStringLiteral("havewhat"), {{QStringLiteral("ALICE"), QStringLiteral("000001"), QString(), {}, {}, {}, {}, QStringLiteral("买进")}});
     w->FrmRef();
     EXPECT_EQ(grid()->textMatrix(1, 3), "--"); // empty name
     EXPECT_EQ(grid()->textMatrix(1, 5), "--"); // null price
@@ -167,10 +152,7 @@ TEST_F(MainWindowTest, EmptyAndNullFieldsAndAUserWithoutTrades)
 
 TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
 {
-    {
-        store::Database db = store::openUserDatabase();
-        addTrade(db, {"600001", kBuy, 10, 100, 0});
-    }
+    addTrades({{.code = "600001", .price = 10, .shares = 100}});
     open();
     w->FrmRef();
     grid()->setRow(0);
@@ -180,10 +162,7 @@ TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
 
 TEST_F(MainWindowTest, ButtonsToolbarAndDoubleClickOpenTheirWindowsForTheUser)
 {
-    {
-        store::Database db = store::openUserDatabase();
-        addTrade(db, {"600000", kBuy, 10, 100, 0});
-    }
+    addTrades({{.code = "600000", .price = 10, .shares = 100}});
     open();
     w->show();
     const auto click = [this](const char *name) {
@@ -228,6 +207,6 @@ TEST_F(MainWindowTest, ATradeStoredInTheBuyWindowShowsAtOnceInTheRawRecords)
     EXPECT_TRUE(w->rawMode());
     EXPECT_EQ(rowsWhileOpen, 2);
     EXPECT_EQ(grid()->textMatrix(1, 2), "600036");
-    const QList<QVariantList> stored = testjournal::rowsOf(QStringLiteral("select 股票代码, 成交价格, 成交股数 from havewhat"));
+    const QList<QVariantList> stored = rowsOf(QStringLiteral("select 股票代码, 成交价格, 成交股数 from havewhat"));
     EXPECT_EQ(stored, (QList<QVariantList>{{QStringLiteral("600036"), 12.5, 300.0}}));
 }

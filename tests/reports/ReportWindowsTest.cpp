@@ -1,5 +1,4 @@
 // The four report windows driven offscreen on a temporary journal.
-#include "JournalData.h"
 #include "reports/frmCha.h"
 #include "reports/frmJyrec.h"
 #include "reports/frmYkui.h"
@@ -12,28 +11,15 @@
 
 #include <QMenuBar>
 
-using journal::Trade;
+using namespace testjournal;
 using namespace reports;
 
 namespace {
 
-const QString kUser = QStringLiteral("ZHANG");
+const QString kUser = QStringLiteral("ALICE");
 
 QDate day(int d) { return QDate(2024, 3, d); }
 QString shown(int d) { return base::shortDate(day(d)); }
-
-// Rows from `first` on, each as its cells from column 1 joined by '|'.
-QStringList gridRows(const ui::FlexGrid &g, int first = 1)
-{
-    QStringList rows;
-    for (int r = first; r < g.rows(); ++r) {
-        QStringList cells;
-        for (int c = 1; c < g.cols(); ++c)
-            cells << g.textMatrix(r, c);
-        rows << cells.join(u'|');
-    }
-    return rows;
-}
 
 QAction *deleteAction(QWidget &w) { return w.findChild<QAction *>(QStringLiteral("mnudel")); }
 
@@ -53,9 +39,9 @@ TEST_F(Reports, CaptionsAndHeadersWithoutOwnRows)
 {
     // Rows of another user only: the trade and profit windows show their
     // headers, the fund records an empty grid (and deleting there is no error).
-    journal::addTrades({{.code = "600000", .name = "", .date = day(1), .price = 5, .shares = 100, .user = "LI"},
+    addTrades({{.code = "600000", .name = "", .date = day(1), .price = 5, .shares = 100, .user = "LI"},
                         {.code = "600000", .name = "", .date = day(2), .price = 6, .shares = 100, .buy = false, .user = "LI"}});
-    journal::addCash(QStringLiteral("LI"), day(3), 7000, QStringLiteral("别人"), true);
+    addCash(7000, true, QStringLiteral("LI"), day(3), QStringLiteral("别人"));
     frmJyrec trades;
     frmYkui profits;
     frmZjin funds;
@@ -64,9 +50,9 @@ TEST_F(Reports, CaptionsAndHeadersWithoutOwnRows)
         QString caption;
         QStringList rows;
     } cases[] = {
-        {&trades, "ZHANG  交易明细", {"成交日期|股票代码|股票名称|操作记录|成交价格|成交数量|成交费用|成交金额"}},
-        {&profits, "ZHANG  盈亏记录", {"成交日期|股票代码|股票名称|成交价格|成交数量|成交金额|盈亏统计"}},
-        {&funds, "ZHANG  资金记录", {"", ""}},
+        {&trades, "ALICE  交易明细", {"成交日期|股票代码|股票名称|操作记录|成交价格|成交数量|成交费用|成交金额"}},
+        {&profits, "ALICE  盈亏记录", {"成交日期|股票代码|股票名称|成交价格|成交数量|成交金额|盈亏统计"}},
+        {&funds, "ALICE  资金记录", {"", ""}},
     };
     for (const auto &c : cases) {
         c.w->GetMame(kUser, QStringLiteral("user"));
@@ -76,14 +62,14 @@ TEST_F(Reports, CaptionsAndHeadersWithoutOwnRows)
     }
     funds.grid()->setRow(0);
     deleteAction(funds)->trigger();
-    EXPECT_EQ(journal::count("资金表"), 1);
+    EXPECT_EQ(count("资金表"), 1);
     for (const auto &c : cases)
         c.w->unload();
 }
 
 TEST_F(Reports, TradeDetailsListPurchasesThenSalesOfEachCode)
 {
-    journal::addTrades({
+    addTrades({
         {.code = "600000", .name = "浦发银行", .date = day(5), .price = 5, .shares = 100, .rate = 0.35f},
         {.code = "000001", .name = "平安银行", .date = day(2), .price = 10, .shares = 1000, .rate = 0.35f, .buy = false},
         {.code = "600000", .name = "浦发银行", .date = day(9), .price = 6, .shares = 100, .rate = 0.35f, .buy = false},
@@ -124,24 +110,24 @@ TEST_F(Reports, TradeDetailsListPurchasesThenSalesOfEachCode)
     QTest::mouseClick(w.grid()->viewport(), Qt::RightButton, {}, QPoint(20, 5));
     EXPECT_FALSE(mnufile->isVisible());
     EXPECT_EQ(gridRows(g), rows);
-    EXPECT_EQ(journal::count("havewhat"), 7);
+    EXPECT_EQ(count("havewhat"), 7);
     w.unload();
 }
 
 TEST_F(Reports, StockRecordsInDateOrderAndDeleteTheSelectedRowNotTheOneRightClicked)
 {
-    journal::addTrades({
+    addTrades({
         {.code = "600000", .name = "浦发银行", .date = day(7), .price = 6, .shares = 100, .buy = false},
         {.code = "600000", .name = "", .date = day(1), .price = 5, .shares = 300},
         {.code = "000001", .name = "平安银行", .date = day(2), .price = 9, .shares = 100},
-        {.code = "600000", .name = {}, .date = day(3), .price = 5.5, .shares = 200, .nameNull = true},
+        {.code = "600000", .name = {}, .date = day(3), .price = 5.5, .shares = 200},
         {.code = "600000", .name = "浦发银行", .date = day(2), .price = 5.2, .shares = 100, .user = "LI"},
     });
     frmCha w;
     w.GetMame(kUser, QStringLiteral("user"), QStringLiteral("600000"));
     w.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-    EXPECT_EQ(w.windowTitle(), QStringLiteral("ZHANG  个股详细记录"));
+    EXPECT_EQ(w.windowTitle(), QStringLiteral("ALICE  个股详细记录"));
     ui::FlexGrid &g = *w.grid();
     // "--" for an empty or null name.
     EXPECT_EQ(gridRows(g, 0), (QStringList{"股票代码|股票名称|成交日期|操作记录|成交价格|成交股数",
@@ -160,8 +146,8 @@ TEST_F(Reports, StockRecordsInDateOrderAndDeleteTheSelectedRowNotTheOneRightClic
     EXPECT_EQ(g.row(), 2);
     mnufile->hide();
     deleteAction(w)->trigger();
-    EXPECT_EQ(journal::count("havewhat"), 4);
-    EXPECT_EQ(journal::count("havewhat where 成交股数=200"), 0);
+    EXPECT_EQ(count("havewhat"), 4);
+    EXPECT_EQ(count("havewhat where 成交股数=200"), 0);
     ASSERT_EQ(g.rows(), 3);
 
     // Down to the last record: the grid ends cleared, without headers; a
@@ -170,17 +156,17 @@ TEST_F(Reports, StockRecordsInDateOrderAndDeleteTheSelectedRowNotTheOneRightClic
         g.setRow(1);
         deleteAction(w)->trigger();
     }
-    EXPECT_EQ(journal::count("havewhat"), 2);
+    EXPECT_EQ(count("havewhat"), 2);
     EXPECT_EQ(gridRows(g, 0).join(QString()).remove(u'|'), QString());
     w.close();
 }
 
 TEST_F(Reports, FundRecordsInDateOrderPositionalDeleteAndFillAfterAnError)
 {
-    journal::addCash(kUser, day(9), 5000, QStringLiteral("工资"), true);
-    journal::addCash(kUser, day(2), 20000, QString(), true);
-    journal::addCash(QStringLiteral("LI"), day(3), 7000, QStringLiteral("别人"), true);
-    journal::addCash(kUser, day(4), 1500, QStringLiteral("1500"), false);
+    addCash(5000, true, kUser, day(9), QStringLiteral("工资"));
+    addCash(20000, true, kUser, day(2));
+    addCash(7000, true, QStringLiteral("LI"), day(3), QStringLiteral("别人"));
+    addCash(1500, false, kUser, day(4), QStringLiteral("1500"));
     frmZjin w;
     w.GetMame(kUser, QStringLiteral("user"));
     w.show();
@@ -191,7 +177,7 @@ TEST_F(Reports, FundRecordsInDateOrderPositionalDeleteAndFillAfterAnError)
     QTest::keyClick(&g, Qt::Key_End);
     QTest::keyClick(&g, Qt::Key_Up);
     deleteAction(w)->trigger();
-    EXPECT_EQ(journal::count("资金表"), 3);
+    EXPECT_EQ(count("资金表"), 3);
     EXPECT_EQ(gridRows(g), (QStringList{shown(2) + "|20000|--|存入", shown(9) + "|5000|工资|存入"}));
 
     // A failing statement is skipped; the rest works on the record set of
@@ -203,7 +189,7 @@ TEST_F(Reports, FundRecordsInDateOrderPositionalDeleteAndFillAfterAnError)
 
 TEST_F(Reports, ProfitAndLossOneRowPerSoldStock)
 {
-    journal::addTrades({
+    addTrades({
         {.code = "600036", .name = "招商银行", .date = day(1), .price = 10, .shares = 1000, .rate = 0.5f},
         {.code = "600036", .name = "招商银行", .date = day(20), .price = 12, .shares = 200, .rate = 0.5f, .buy = false},
         {.code = "600036", .name = "招商银行", .date = day(8), .price = 12, .shares = 200, .rate = 0.5f, .buy = false},
@@ -226,8 +212,8 @@ TEST_F(Reports, ProfitAndLossOneRowPerSoldStock)
 
 TEST_F(Reports, QueryGridLayoutsAndTheKeptRecordSet)
 {
-    journal::addCash(kUser, day(3), 250.5, QStringLiteral("奖金"), true);
-    journal::addCash(kUser, day(1), 80, QString(), false);
+    addCash(250.5, true, kUser, day(3), QStringLiteral("奖金"));
+    addCash(80, false, kUser, day(1));
     store::Database db = store::openUserDatabase();
     ui::FlexGrid g;
     store::Recordset kept;
@@ -235,11 +221,11 @@ TEST_F(Reports, QueryGridLayoutsAndTheKeptRecordSet)
 
     // The main window's raw view shows every column, userid included, from grid column 1 on.
     fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::AllFields);
-    EXPECT_EQ(gridRows(g, 0), (QStringList{"userid|操作日期|资金数量|操作原因|操作表示", "ZHANG|" + shown(1) + "|80|--|提取",
-                                           "ZHANG|" + shown(3) + "|250.5|奖金|存入"}));
+    EXPECT_EQ(gridRows(g, 0), (QStringList{"userid|操作日期|资金数量|操作原因|操作表示", "ALICE|" + shown(1) + "|80|--|提取",
+                                           "ALICE|" + shown(3) + "|250.5|奖金|存入"}));
     // The kept record set is the one the grid rows follow.
     EXPECT_TRUE(deleteShownRecord(kept, 2));
-    EXPECT_EQ(journal::count("资金表"), 1);
+    EXPECT_EQ(count("资金表"), 1);
     fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::SkipFirst);
     EXPECT_EQ(gridRows(g), QStringList{shown(1) + "|80|--|提取"});
     // An empty result clears the cells and keeps the dimensions.

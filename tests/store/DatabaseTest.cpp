@@ -4,7 +4,6 @@
 #include "support/Helpers.h"
 
 #include "base/Paths.h"
-#include "store/CipherKey.h"
 #include "store/Schema.h"
 
 #include <QStandardPaths>
@@ -100,27 +99,6 @@ TEST(OpenDatabase, TheFileOpensInTheSqlcipherShellWithThePasswordAlone)
     shell.closeWriteChannel();
     ASSERT_TRUE(shell.waitForFinished());
     EXPECT_EQ(QString::fromUtf8(shell.readAllStandardOutput()).trimmed(), QStringLiteral("supervisor/System"));
-}
-
-TEST(OpenDatabase, KeyDerivationGivesTheRfc6070Values)
-{
-    const struct {
-        QByteArray password, salt;
-        int iterations;
-        const char *hex;
-    } cases[] = {
-        {"password", "salt", 1, "0c60c80f961f0e71f3a9b524af6012062fe037a6"},
-        {"password", "salt", 2, "ea6c014dc72d6f8ccd1ed92ace1d41f0d8de8957"},
-        {"password", "salt", 4096, "4b007901b765489abead49d926f721d065a429c1"},
-        {"passwordPASSWORDpassword", "saltSALTsaltSALTsaltSALTsaltSALTsalt", 4096,
-         "3d2eec4fe41c849b80c8d83662c0e44a8b291a964cf2f07038"},
-        {QByteArray("pass\0word", 9), QByteArray("sa\0lt", 5), 4096, "56fa6aa75548099dcc37d7f03425e0c3"},
-    };
-    for (const auto &c : cases) {
-        const QByteArray want = QByteArray::fromHex(c.hex);
-        EXPECT_EQ(store::pbkdf2Sha1(c.password, c.salt, c.iterations, int(want.size())).toHex(), QByteArray(c.hex))
-            << c.iterations;
-    }
 }
 
 TEST(OpenDatabase, ClosedAndUnsetObjectsRaiseTheirErrors)

@@ -82,24 +82,6 @@ TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
     EXPECT_FALSE(form.isLoaded());
 }
 
-TEST_F(LoginTest, NamesBeyondAsciiLogInTypedInAnyCase)
-{
-    store::Database db = store::openUserDatabase();
-    store::Recordset rs;
-    store::addAccount(db, rs, QStringLiteral("josé"), QStringLiteral("pw"));
-    store::addAccount(db, rs, QStringLiteral("ｗａｎｇ"), QStringLiteral("pw"));
-    for (const char *name : {"JOSÉ", "ＷａＮｇ"}) {
-        frmLogin login;
-        login.show();
-        QSignalSpy in(&login, &frmLogin::loggedIn);
-        typeText(login.findChild<QLineEdit *>(QStringLiteral("txtUserName")), QString::fromUtf8(name));
-        QTest::keyClicks(login.findChild<QLineEdit *>(QStringLiteral("txtPassword")), QStringLiteral("pw"));
-        login.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-        ASSERT_EQ(in.count(), 1) << name;
-        EXPECT_EQ(in.at(0).at(0).toString(), QString::fromUtf8(name).toUpper());
-    }
-}
-
 TEST_F(LoginTest, AQuoteInTheNameEndsTheProgramWithTheFileUnchanged)
 {
     qputenv("TESSALY_ERRORS_TO_STDERR", "1");

@@ -6,6 +6,7 @@
 #include "store/Schema.h"
 
 using namespace store;
+using namespace testjournal;
 
 namespace {
 
@@ -13,20 +14,6 @@ class RecordsetTest : public ::testing::Test {
 protected:
     void SetUp() override { db = openUserDatabase(); }
 
-    // Appends a row the way the windows do: by position.
-    void add(const QString &table, const QVariantList &values)
-    {
-        testjournal::addRows(db, table, {values});
-    }
-    void addCash(const QDate &date, const QVariant &amount, const QVariant &reason = QString())
-    {
-        add(QStringLiteral("资金表"), {QStringLiteral("ALICE"), date, amount, reason, QStringLiteral("存入")});
-    }
-    void addTrade(const QString &user, double price, double shares, float rate, const QString &op)
-    {
-        add(QStringLiteral("havewhat"),
-            {user, QStringLiteral("600000"), QStringLiteral("股票"), QDate(2024, 1, 5), price, shares, rate, op, op});
-    }
     int count(const QString &sql) { return scalar(db, sql).toInt(); }
 
     TestFolder folder;
@@ -38,7 +25,7 @@ protected:
 TEST_F(RecordsetTest, NavigatesTheSnapshot)
 {
     for (int i = 1; i <= 3; ++i)
-        addCash(QDate(2024, 1, i), i * 100.0);
+        addCash(i * 100.0, true, QStringLiteral("ALICE"), QDate(2024, 1, i));
     Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 where userid='ALICE' order by 操作日期"));
     EXPECT_EQ(rs.RecordCount(), 3);
     EXPECT_EQ(rs.fieldName(2), QStringLiteral("资金数量"));
@@ -112,8 +99,8 @@ TEST_F(RecordsetTest, AddNewAndEditStoreTheCurrentRowOnly)
     EXPECT_EQ(count(QStringLiteral("select count(*) from user")), 2);
     EXPECT_EQ(errorOf([&] { back.setField(1, QStringLiteral("x")); }), ErrUpdateWithoutEdit);
 
-    addCash(QDate(2024, 1, 1), 100.0, QStringLiteral("a"));
-    addCash(QDate(2024, 1, 2), 200.0, QStringLiteral("b"));
+    addCash(100.0, true, QStringLiteral("ALICE"), QDate(2024, 1, 1), QStringLiteral("a"));
+    addCash(200.0, true, QStringLiteral("ALICE"), QDate(2024, 1, 2), QStringLiteral("b"));
     Recordset cash = db.openRecordset(QStringLiteral("select 操作原因, 资金数量 from 资金表 order by 操作日期"));
     cash.MoveNext();
     cash.Edit();
@@ -128,7 +115,7 @@ TEST_F(RecordsetTest, AddNewAndEditStoreTheCurrentRowOnly)
 TEST_F(RecordsetTest, DeleteRemovesTheCurrentRowFromTheTable)
 {
     for (int i = 1; i <= 3; ++i)
-        addCash(QDate(2024, 1, i), i * 1.0);
+        addCash(i * 1.0, true, QStringLiteral("ALICE"), QDate(2024, 1, i));
     Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表 order by 操作日期"));
     rs.MoveNext();
     rs.Delete();
@@ -154,8 +141,8 @@ TEST_F(RecordsetTest, DeleteRemovesTheCurrentRowFromTheTable)
 
 TEST_F(RecordsetTest, AggregatesAndDistinctAreReadOnly)
 {
-    addTrade(QStringLiteral("ALICE"), 10.0, 100.0, 0.35f, QStringLiteral("买进"));
-    addTrade(QStringLiteral("ALICE"), 11.0, 100.0, 0.35f, QStringLiteral("卖出"));
+    addTrades({{.code = "600000", .date = QDate(2024, 1, 5), .price = 10.0, .shares = 100.0, .rate = 0.35f},
+               {.code = "600000", .date = QDate(2024, 1, 5), .price = 11.0, .shares = 100.0, .rate = 0.35f, .buy = false}});
     Recordset sum = db.openRecordset(QStringLiteral("select sum(成交股数) from havewhat where userid='ALICE'"));
     EXPECT_EQ(sum.field(0).toDouble(), 200.0);
     EXPECT_EQ(errorOf([&] { sum.Edit(); }), ErrReadOnly);
@@ -164,7 +151,7 @@ TEST_F(RecordsetTest, AggregatesAndDistinctAreReadOnly)
     EXPECT_EQ(errorOf([&] { codes.Delete(); }), ErrReadOnly);
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
     // A keyword inside a value does not make the rows read-only.
-    addTrade(QStringLiteral("GROUP"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    addTrades({{.code = "600000", .date = QDate(2024, 1, 5), .price = 1.0, .shares = 1.0, .user = QStringLiteral("GROUP")}});
     db.openRecordset(QStringLiteral("select * from havewhat where userid='Group'")).Delete();
     EXPECT_EQ(count(QStringLiteral("select count(*) from havewhat")), 2);
     // A sum over no rows is null.
@@ -174,7 +161,7 @@ TEST_F(RecordsetTest, AggregatesAndDistinctAreReadOnly)
 TEST_F(RecordsetTest, FeeArithmeticIsNeverIntegerDivision)
 {
     // A whole-number rate must still divide as a real.
-    addTrade(QStringLiteral("ALICE"), 10.0, 1000.0, 5.0f, QStringLiteral("买进"));
+    addTrades({{.code = "600000", .date = QDate(2024, 1, 5), .price = 10.0, .shares = 1000.0, .rate = 5.0f}});
     EXPECT_DOUBLE_EQ(scalar(db, QStringLiteral("select sum(成交价格*成交股数*(1+交易费率/100)) from havewhat")).toDouble(),
                      10500.0);
     // Even when written by plain SQL with integers.
@@ -185,7 +172,7 @@ TEST_F(RecordsetTest, FeeArithmeticIsNeverIntegerDivision)
 
 TEST_F(RecordsetTest, ValuesComeInTheirColumnsTypesAndAssignmentConverts)
 {
-    addTrade(QStringLiteral("ALICE"), 10.01, 100.0, 0.35f, QStringLiteral("买进"));
+    addTrades({{.code = "600000", .date = QDate(2024, 1, 5), .price = 10.01, .shares = 100.0, .rate = 0.35f}});
     Recordset rs = db.openRecordset(QStringLiteral("select * from havewhat"));
     EXPECT_EQ((std::vector<int>{rs.field(0).typeId(), rs.field(3).typeId(), rs.field(4).typeId(), rs.field(6).typeId()}),
               (std::vector<int>{QMetaType::QString, QMetaType::QDate, QMetaType::Double, QMetaType::Float}));
@@ -201,7 +188,7 @@ TEST_F(RecordsetTest, ValuesComeInTheirColumnsTypesAndAssignmentConverts)
 
     // Text a number or date column cannot take fails the whole update (how
     // each kind converts is tested on plain values).
-    addCash(QDate(2024, 3, 1), 1500.5, 12.5);
+    addCash(1500.5, true, QStringLiteral("ALICE"), QDate(2024, 3, 1), QStringLiteral("12.5"));
     Recordset cash = db.openRecordset(QStringLiteral("select * from 资金表"));
     for (const auto &[column, text] : {std::pair{2, "12abc"}, std::pair{1, "not a date"}}) {
         cash.Edit();
@@ -217,7 +204,7 @@ TEST_F(RecordsetTest, TextComparesAndTableNamesIgnoreLetterCase)
 {
     db.execute(QStringLiteral("update user set username='SUPERVISOR'"));
     EXPECT_EQ(count(QStringLiteral("select count(*) from USER where username='Supervisor'")), 1);
-    addTrade(QStringLiteral("ALICE"), 1.0, 1.0, 0.0f, QStringLiteral("买进"));
+    addTrades({{.code = "600000", .date = QDate(2024, 1, 5), .price = 1.0, .shares = 1.0}});
     Recordset rs = db.openRecordset(
         QStringLiteral("select userid, 股票代码, 股票名称, 成交日期, 操作记录, 成交价格, 成交股数 from HaveWhat where "
                        "userid='alice' and 股票代码='600000' order by  成交日期 asc"));

@@ -81,6 +81,20 @@ T *child(const QObject *parent, const char *name)
 template <typename T = QObject>
 T *child(const QObject &parent, const char *name) { return child<T>(&parent, name); }
 
+// A grid's rows from `first` on, each as its cells from column 1 joined by `sep`.
+template <typename Grid>
+QStringList gridRows(const Grid &g, int first = 1, QChar sep = u'|')
+{
+    QStringList rows;
+    for (int r = first; r < g.rows(); ++r) {
+        QStringList cells;
+        for (int c = 1; c < g.cols(); ++c)
+            cells << g.textMatrix(r, c);
+        rows << cells.join(sep);
+    }
+    return rows;
+}
+
 // The single value of a one-row query.
 inline QVariant scalar(store::Database &db, const QString &sql) { return db.openRecordset(sql).field(0); }
 

@@ -56,9 +56,12 @@ struct File {
     bool syncsFolder; // a new journal: its first sync also syncs its folder
 };
 
-sqlite3_file *inner(sqlite3_file *f)
+// Passes a call on to the wrapped file.
+template <auto Method, typename... A>
+int forward(sqlite3_file *f, A... a)
 {
-    return reinterpret_cast<File *>(f)->real;
+    sqlite3_file *real = reinterpret_cast<File *>(f)->real;
+    return (real->pMethods->*Method)(real, a...);
 }
 
 std::string folderOf(const std::string &path)
@@ -242,24 +245,18 @@ void install(int64_t crashAt, uint32_t seed)
     // change to a file goes through xWrite.
     sqlite3_io_methods &m = l.methods;
     m.iVersion = 1;
-    m.xClose = [](sqlite3_file *f) { return inner(f)->pMethods->xClose(inner(f)); };
-    m.xRead = [](sqlite3_file *f, void *data, int n, sqlite3_int64 at) {
-        return inner(f)->pMethods->xRead(inner(f), data, n, at);
-    };
+    m.xClose = forward<&sqlite3_io_methods::xClose>;
+    m.xRead = forward<&sqlite3_io_methods::xRead>;
     m.xWrite = pathWrite;
     m.xTruncate = pathTruncate;
     m.xSync = pathSync;
-    m.xFileSize = [](sqlite3_file *f, sqlite3_int64 *size) { return inner(f)->pMethods->xFileSize(inner(f), size); };
-    m.xLock = [](sqlite3_file *f, int lock) { return inner(f)->pMethods->xLock(inner(f), lock); };
-    m.xUnlock = [](sqlite3_file *f, int lock) { return inner(f)->pMethods->xUnlock(inner(f), lock); };
-    m.xCheckReservedLock = [](sqlite3_file *f, int *out) {
-        return inner(f)->pMethods->xCheckReservedLock(inner(f), out);
-    };
-    m.xFileControl = [](sqlite3_file *f, int op, void *arg) {
-        return inner(f)->pMethods->xFileControl(inner(f), op, arg);
-    };
-    m.xSectorSize = [](sqlite3_file *f) { return inner(f)->pMethods->xSectorSize(inner(f)); };
-    m.xDeviceCharacteristics = [](sqlite3_file *f) { return inner(f)->pMethods->xDeviceCharacteristics(inner(f)); };
+    m.xFileSize = forward<&sqlite3_io_methods::xFileSize>;
+    m.xLock = forward<&sqlite3_io_methods::xLock>;
+    m.xUnlock = forward<&sqlite3_io_methods::xUnlock>;
+    m.xCheckReservedLock = forward<&sqlite3_io_methods::xCheckReservedLock>;
+    m.xFileControl = forward<&sqlite3_io_methods::xFileControl>;
+    m.xSectorSize = forward<&sqlite3_io_methods::xSectorSize>;
+    m.xDeviceCharacteristics = forward<&sqlite3_io_methods::xDeviceCharacteristics>;
     sqlite3_vfs_register(&l.vfs, 1);
 }
 

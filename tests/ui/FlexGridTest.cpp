@@ -1,11 +1,8 @@
 #include "ui/FlexGrid.h"
 #include "ui/Form.h"
-#include "ui/MsgBox.h"
 
 #include <QAbstractItemModelTester>
 #include "support/Helpers.h"
-#include <QHeaderView>
-#include <QVBoxLayout>
 
 using ui::FlexGrid;
 
@@ -152,15 +149,6 @@ TEST(FlexGrid, BulkFillReportsTheChangedCellsAndSelectsTheCurrentRowAtTheEnd)
     EXPECT_EQ(g.textMatrix(1, 8), "");
 }
 
-TEST(MsgBox, TestsRecordTheTextsInsteadOfShowingThem)
-{
-    QStringList seen;
-    ui::setMsgBoxRecorder(&seen);
-    ui::msgBox("已经运行！");
-    ui::setMsgBoxRecorder(nullptr);
-    EXPECT_EQ(seen, QStringList{"已经运行！"});
-}
-
 namespace {
 class CountingForm : public ui::Form {
 public:
@@ -184,23 +172,4 @@ TEST(Form, LoadOnFirstShowAndUnloadOnceHoweverItCloses)
     EXPECT_EQ(f.loads, 2);
     f.reject();
     EXPECT_EQ(f.unloads, 2);
-}
-
-TEST(Form, EnterRunsTheActionAndSelectsTheNextBox)
-{
-    QWidget w;
-    auto *a = new QLineEdit("one", &w);
-    auto *b = new QLineEdit("two", &w);
-    auto *lay = new QVBoxLayout(&w);
-    lay->addWidget(a);
-    lay->addWidget(b);
-    ui::onEnter(a, [b] { ui::focusAndSelect(b); });
-    w.show();
-    QApplication::setActiveWindow(&w);
-    a->setFocus();
-    QTest::keyClick(a, Qt::Key_X);
-    EXPECT_EQ(a->text(), "onex");
-    QTest::keyClick(a, Qt::Key_Return);
-    EXPECT_TRUE(b->hasFocus());
-    EXPECT_EQ(b->selectedText(), "two");
 }
