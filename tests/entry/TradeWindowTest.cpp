@@ -38,28 +38,6 @@ QStringList rowTexts(const QVariantList &row)
 
 } // namespace
 
-TEST_F(EntryTest, CaptionsOfTheFourWindows)
-{
-    // The user name handed over, two blanks, the window's word; labels follow
-    // the same word.
-    const struct {
-        std::unique_ptr<entry::EntryForm> window;
-        QString caption, firstLabel;
-    } cases[] = {
-        {std::make_unique<frmBuy>(), "ALICE  买入", "买入日期"},
-        {std::make_unique<frmShell>(), "ALICE  卖出", "卖出日期"},
-        {std::make_unique<frmMoneyIn>(), "ALICE  存入资金", "存入资金日期"},
-        {std::make_unique<frmMoneyOut>(), "ALICE  提取资金", "提取资金日期"},
-    };
-    for (const auto &c : cases) {
-        c.window->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
-        c.window->show();
-        EXPECT_EQ(c.window->windowTitle(), c.caption);
-        EXPECT_EQ(child<QLabel>(*c.window, "Label1")->text(), c.firstLabel);
-        EXPECT_EQ(child<QDateEdit>(*c.window, "DTPicker1")->date(), QDate::currentDate());
-    }
-}
-
 TEST_F(EntryTest, TradesStoreTheRowEmptyTheBoxesAndKeepTheDate)
 {
     // Texts go in exactly (quotes included) but trimmed; numbers by the
@@ -213,23 +191,31 @@ TEST_F(EntryTest, BuyCodeBoxEmptiesTheNameAndLooksItUpOnEnter)
     }
 }
 
-TEST_F(EntryTest, EnterMovesThroughTheBoxesToConfirm)
+TEST_F(EntryTest, CaptionsOfTheFourWindowsAndEnterMovesThroughTheBoxesToConfirm)
 {
-    // The last box; whether Enter on the date selects Text2; whether Enter on
-    // Text2 empties Text3 (the buy window's name box; the stock list is empty).
+    // The user name handed over, two blanks, the window's word; labels follow
+    // the same word; the date starts at today. Then the last box; whether
+    // Enter on the date selects Text2; whether Enter on Text2 empties Text3
+    // (the buy window's name box; the stock list is empty).
     const struct {
         std::unique_ptr<entry::EntryForm> window;
+        QString caption, firstLabel;
         int last;
         bool selectsCode, emptiesName;
     } cases[] = {
-        {openWindow<frmBuy>("ALICE", kDay), 6, false, true},
-        {openWindow<frmShell>("ALICE", kDay), 6, true, false},
-        {openWindow<frmMoneyIn>("ALICE", kDay), 3, true, false},
-        {openWindow<frmMoneyOut>("ALICE", kDay), 3, true, false},
+        {std::make_unique<frmBuy>(), "ALICE  买入", "买入日期", 6, false, true},
+        {std::make_unique<frmShell>(), "ALICE  卖出", "卖出日期", 6, true, false},
+        {std::make_unique<frmMoneyIn>(), "ALICE  存入资金", "存入资金日期", 3, true, false},
+        {std::make_unique<frmMoneyOut>(), "ALICE  提取资金", "提取资金日期", 3, true, false},
     };
     for (const auto &c : cases) {
         QWidget &w = *c.window;
         SCOPED_TRACE(w.metaObject()->className());
+        c.window->GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
+        w.show();
+        EXPECT_EQ(w.windowTitle(), c.caption);
+        EXPECT_EQ(child<QLabel>(w, "Label1")->text(), c.firstLabel);
+        EXPECT_EQ(child<QDateEdit>(w, "DTPicker1")->date(), QDate::currentDate());
         for (int n = 2; n <= c.last; ++n)
             box(w, n)->setText(QStringLiteral("名%1").arg(n));
         QTest::keyClick(child<QDateEdit>(w, "DTPicker1"), Qt::Key_Return);
