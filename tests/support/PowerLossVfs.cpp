@@ -42,11 +42,7 @@ struct Layer {
     std::mt19937 rng;
 };
 
-Layer &layer()
-{
-    static Layer l;
-    return l;
-}
+Layer &layer() { static Layer l; return l; }
 
 // The engine's handle: this layer's part, then the wrapped VFS's file.
 struct File {
@@ -64,20 +60,11 @@ int forward(sqlite3_file *f, A... a)
     return (real->pMethods->*Method)(real, a...);
 }
 
-std::string folderOf(const std::string &path)
-{
-    return path.substr(0, path.rfind('/') + 1);
-}
+std::string folderOf(const std::string &path) { return path.substr(0, path.rfind('/') + 1); }
 
 void forgetGhostsIn(const std::string &folder)
 {
     std::erase_if(layer().ghosts, [&](const auto &g) { return folderOf(g.first) == folder; });
-}
-
-std::string contents(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // What the disk holds of `path` after the power failed.
@@ -211,7 +198,8 @@ int pathDelete(sqlite3_vfs *, const char *name, int syncFolder)
     if (it != l.files.end()) {
         if (!syncFolder) {
             // The contents as of the last sync: later writes undone.
-            std::string bytes = contents(name);
+            std::ifstream in(name, std::ios::binary);
+            std::string bytes{std::istreambuf_iterator<char>(in), {}};
             for (auto w = it->second.pending.rbegin(); w != it->second.pending.rend(); ++w)
                 bytes.replace(size_t(w->offset), w->before.size(), w->before);
             bytes.resize(size_t(it->second.syncedSize));
@@ -260,9 +248,6 @@ void install(int64_t crashAt, uint32_t seed)
     sqlite3_vfs_register(&l.vfs, 1);
 }
 
-int64_t operations()
-{
-    return layer().operations;
-}
+int64_t operations() { return layer().operations; }
 
 } // namespace powerloss
