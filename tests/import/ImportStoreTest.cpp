@@ -68,14 +68,9 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
         const auto &e = expected[i];
         const QVariantList &t = trades[i];
         SCOPED_TRACE(i);
-        EXPECT_EQ(t[0].toString(), kUser);
-        EXPECT_EQ(t[1].toString(), QLatin1String(e.code));
-        EXPECT_EQ(t[2].toString(), QString::fromUtf8(e.name));
-        EXPECT_EQ(t[3].toDate(), QDate::fromString(QLatin1String(e.date), Qt::ISODate));
-        EXPECT_DOUBLE_EQ(t[4].toDouble(), e.price);
-        EXPECT_DOUBLE_EQ(t[5].toDouble(), e.shares);
-        EXPECT_EQ(t[7].toString(), QString::fromUtf8(e.operation));
-        EXPECT_EQ(t[8].toString(), QStringLiteral("导入 ") + QString::fromUtf8(e.file));
+        EXPECT_EQ((QVariantList{t[0], t[1], t[2], t[3], t[4], t[5], t[7], t[8]}),
+                  (QVariantList{kUser, QLatin1String(e.code), QString::fromUtf8(e.name), QDate::fromString(QLatin1String(e.date), Qt::ISODate),
+                                e.price, e.shares, QString::fromUtf8(e.operation), QStringLiteral("导入 ") + QString::fromUtf8(e.file)}));
         EXPECT_NEAR(detailsFee(t), e.fee, 0.01);
     }
 
@@ -91,12 +86,10 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
                  {"2024-03-01", 50000, "导入 zijin-liushui.csv", "存入"},   {"2024-03-15", 8000, "0", "提取"},
                  {"2024-04-01", 1000, "导入 zijin-liushui.csv", "存入"}};
     ASSERT_EQ(cash.size(), 7);
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(cash[i][1].toDate(), QDate::fromString(QLatin1String(money[i].date), Qt::ISODate));
-        EXPECT_DOUBLE_EQ(cash[i][2].toDouble(), money[i].amount);
-        EXPECT_EQ(cash[i][3].toString(), QString::fromUtf8(money[i].reason));
-        EXPECT_EQ(cash[i][4].toString(), QString::fromUtf8(money[i].operation));
-    }
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(cash[i].mid(1), (QVariantList{QDate::fromString(QLatin1String(money[i].date), Qt::ISODate), money[i].amount,
+                                                QString::fromUtf8(money[i].reason), QString::fromUtf8(money[i].operation)}))
+            << i;
 
     // Dividend, tax and bonus shares as booked, for the analysis.
     store::Database db = store::openUserDatabase();

@@ -136,20 +136,6 @@ TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
     EXPECT_EQ(grid()->textMatrix(0, 3), "平均价格");
 }
 
-TEST_F(MainWindowTest, EmptyAndNullFieldsAndAUserWithoutTrades)
-{
-    open();
-    toolbar(QStringLiteral("原始记录"));
-    // No trades: the grid is cleared, not even a header row.
-    for (int c = 0; c < grid()->cols(); ++c)
-        EXPECT_EQ(grid()->textMatrix(0, c), "");
-
-    addRows(QStringLiteral("havewhat"), {{QStringLiteral("ALICE"), QStringLiteral("000001"), QString(), {}, {}, {}, {}, QStringLiteral("买进")}});
-    w->FrmRef();
-    EXPECT_EQ(grid()->textMatrix(1, 3), "--"); // empty name
-    EXPECT_EQ(grid()->textMatrix(1, 5), "--"); // null price
-}
-
 TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
 {
     addTrades({{.code = "600001", .price = 10, .shares = 100}});

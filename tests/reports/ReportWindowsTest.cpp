@@ -40,7 +40,7 @@ TEST_F(Reports, CaptionsAndHeadersWithoutOwnRows)
     // Rows of another user only: the trade and profit windows show their
     // headers, the fund records an empty grid (and deleting there is no error).
     addTrades({{.code = "600000", .name = "", .date = day(1), .price = 5, .shares = 100, .user = "LI"},
-                        {.code = "600000", .name = "", .date = day(2), .price = 6, .shares = 100, .buy = false, .user = "LI"}});
+               {.code = "600000", .name = "", .date = day(2), .price = 6, .shares = 100, .buy = false, .user = "LI"}});
     addCash(7000, true, QStringLiteral("LI"), day(3), QStringLiteral("别人"));
     frmJyrec trades;
     frmYkui profits;
