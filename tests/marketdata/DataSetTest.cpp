@@ -170,10 +170,9 @@ TEST_F(DataSetTest, MissingAndDamagedFilesAreReadStepByStep)
         DataSet w; // never shown, as the main window uses it
         w.GetDateSet();
         EXPECT_FALSE(w.isVisible());
-        EXPECT_EQ(DataFormat(), c.index) << c.bytes;
-        EXPECT_EQ(DataPath(), QLatin1String(c.path)) << c.bytes;
-        EXPECT_EQ(combo(w)->currentIndex(), c.comboIndex) << c.bytes;
-        EXPECT_EQ(text(w, "Text1")->text(), QLatin1String(c.text1)) << c.bytes;
+        EXPECT_EQ(std::make_tuple(DataFormat(), DataPath(), combo(w)->currentIndex(), text(w, "Text1")->text()),
+                  std::make_tuple(c.index, QLatin1String(c.path), c.comboIndex, QLatin1String(c.text1)))
+            << c.bytes;
     }
     EXPECT_EQ(dateSetFileBytes(-1, QStringLiteral("z")), QByteArray("-1 \r\nz\r\n"));
     EXPECT_EQ(dateSetFileBytes(12, QString()), QByteArray(" 12 \r\n\r\n"));
