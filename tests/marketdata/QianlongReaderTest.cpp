@@ -1,5 +1,5 @@
-// 钱龙 and 胜龙 readers: file names, record layout, extremes, the unfinished
-// week or month, and the defined failures.
+// 钱龙 and 胜龙 readers: record layout, extremes, the unfinished week or
+// month, and the defined failures (file names: with the 通达信 reader).
 
 #include "MarketTestUtil.h"
 
@@ -8,37 +8,6 @@
 #include <sys/stat.h>
 
 using namespace mdtest;
-
-TEST(QianlongReader, FileNameFollowsCodeAndPeriod)
-{
-    DataFolder d;
-    const struct {
-        const char *file;
-        const char *code;
-        int16_t period;
-    } cases[] = {
-        {"data/shase/day/000001.day", "1A0001", 1},   {"data/shase/day/000011.day", "1B0008", 1},
-        {"data/sznse/day/000002.day", "000002", 1},   {"data/sznse/day/0001.day", "0001", 1},
-        {"data/shase/week/600001.wek", "600001", 2},  {"data/sznse/month/000003.mnt", "000003", 3},
-        {"data/shase/min/600002.nmn", "600002", 4},   {"data/shase/day/800001.day", "800001", 1},
-        {"data/sznse/day/180001.day", "180001", 1},
-    };
-    // One bar per file; its date tells the files apart.
-    for (int i = 0; i < int(std::size(cases)); ++i)
-        d.write(QLatin1String(cases[i].file), qlRec(20240101 + i, 1, 2, 0.5, 1.5));
-    for (int i = 0; i < int(std::size(cases)); ++i) {
-        BarArray bars;
-        EXPECT_EQ(readBars(ReadQianlong, d.path(), QLatin1String(cases[i].code), cases[i].period, bars).count, 1);
-        EXPECT_EQ(bars[1].Date, 20240101 + i) << cases[i].code;
-    }
-    BarArray bars;
-    for (const char *none : {"700000", "1a0001", "6000000"})
-        EXPECT_TRUE(readBars(ReadQianlong, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
-    EXPECT_TRUE(readBars(ReadQianlong, d.path(), QStringLiteral("000002"), 5, bars).untouched());
-    // Names in another letter case are found.
-    d.write(QStringLiteral("ML30/DATA/SHASE/DAY/600000.DAY"), qlRec(20240102, 1, 2, 0.5, 1.5));
-    EXPECT_EQ(readBars(ReadQianlong, d.path() + QStringLiteral("/ml30"), QStringLiteral("600000"), 1, bars).count, 1);
-}
 
 TEST(QianlongReader, RecordFieldsExtremesRangeAndHalfRecords)
 {

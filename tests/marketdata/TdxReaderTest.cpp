@@ -1,39 +1,57 @@
-// 通达信 reader: file names and price classes, records, weeks and months, the
-// real sample file, and bad files.
+// 通达信 reader: file names and price classes (with those of the 钱龙
+// reader), records, weeks and months, the real sample file, and bad files.
 
 #include "MarketTestUtil.h"
 
 using namespace mdtest;
 
-TEST(TdxReader, FileNameAndPriceUnitFollowTheCode)
+TEST(BinaryReaders, FileNameAndPriceUnitFollowTheCodeAndPeriod)
 {
+    // One bar per file; its date tells the files apart. 钱龙 stores 1.5 as
+    // 1500; 通达信 stores 12345 in hundredths or thousandths by price class.
     DataFolder d;
     const struct {
-        const char *file;
-        const char *code;
-        float price; // of the stored 12345
+        ReaderFn reader;
+        const char *file, *code;
+        int16_t period;
+        float close;
     } cases[] = {
-        {"vipdoc/sh/lday/sh600000.day", "600000", 123.45f}, {"vipdoc/sh/lday/sh688001.day", "688001", 123.45f},
-        {"vipdoc/sh/lday/sh000001.day", "1A0001", 123.45f}, {"vipdoc/sh/lday/sh000002.day", "1A0002", 123.45f},
-        {"vipdoc/sh/lday/sh510300.day", "510300", 12.345f}, {"vipdoc/sh/lday/sh113050.day", "113050", 12.345f},
-        {"vipdoc/sh/lday/sh900901.day", "900901", 12.345f}, {"vipdoc/sz/lday/sz300425.day", "300425", 123.45f},
-        {"vipdoc/sz/lday/sz000001.day", "000001", 123.45f}, {"vipdoc/sz/lday/sz399001.day", "399001", 123.45f},
-        {"vipdoc/sz/lday/sz159915.day", "159915", 12.345f}, {"vipdoc/sz/lday/sz123001.day", "123001", 12.345f},
-        {"vipdoc/bj/lday/bj430047.day", "430047", 123.45f},
+        {ReadQianlong, "data/shase/day/000001.day", "1A0001", 1, 1.5f},  {ReadQianlong, "data/shase/day/000011.day", "1B0008", 1, 1.5f},
+        {ReadQianlong, "data/sznse/day/000002.day", "000002", 1, 1.5f},  {ReadQianlong, "data/sznse/day/0001.day", "0001", 1, 1.5f},
+        {ReadQianlong, "data/shase/week/600001.wek", "600001", 2, 1.5f}, {ReadQianlong, "data/sznse/month/000003.mnt", "000003", 3, 1.5f},
+        {ReadQianlong, "data/shase/min/600002.nmn", "600002", 4, 1.5f},  {ReadQianlong, "data/shase/day/800001.day", "800001", 1, 1.5f},
+        {ReadQianlong, "data/sznse/day/180001.day", "180001", 1, 1.5f},
+        {ReadTdx, "vipdoc/sh/lday/sh600000.day", "600000", 1, 123.45f}, {ReadTdx, "vipdoc/sh/lday/sh688001.day", "688001", 1, 123.45f},
+        {ReadTdx, "vipdoc/sh/lday/sh000001.day", "1A0001", 1, 123.45f}, {ReadTdx, "vipdoc/sh/lday/sh000002.day", "1A0002", 1, 123.45f},
+        {ReadTdx, "vipdoc/sh/lday/sh510300.day", "510300", 1, 12.345f}, {ReadTdx, "vipdoc/sh/lday/sh113050.day", "113050", 1, 12.345f},
+        {ReadTdx, "vipdoc/sh/lday/sh900901.day", "900901", 1, 12.345f}, {ReadTdx, "vipdoc/sz/lday/sz300425.day", "300425", 1, 123.45f},
+        {ReadTdx, "vipdoc/sz/lday/sz000001.day", "000001", 1, 123.45f}, {ReadTdx, "vipdoc/sz/lday/sz399001.day", "399001", 1, 123.45f},
+        {ReadTdx, "vipdoc/sz/lday/sz159915.day", "159915", 1, 12.345f}, {ReadTdx, "vipdoc/sz/lday/sz123001.day", "123001", 1, 12.345f},
+        {ReadTdx, "vipdoc/bj/lday/bj430047.day", "430047", 1, 123.45f},
     };
-    for (int i = 0; i < int(std::size(cases)); ++i)
-        d.write(QLatin1String(cases[i].file), tdxRec(20240101 + i, 12345, 12345, 12345, 12345));
     for (int i = 0; i < int(std::size(cases)); ++i) {
-        BarArray bars;
-        EXPECT_EQ(readBars(ReadTdx, d.path(), QLatin1String(cases[i].code), 1, bars).count, 1) << cases[i].code;
-        EXPECT_EQ(std::make_pair(bars[1].Date, bars[1].Close), std::make_pair(20240101 + i, cases[i].price))
-            << cases[i].code;
+        const bool tdx = cases[i].reader == static_cast<ReaderFn>(ReadTdx);
+        d.write(QLatin1String(cases[i].file),
+                tdx ? tdxRec(20240101 + i, 12345, 12345, 12345, 12345) : qlRec(20240101 + i, 1, 2, 0.5, 1.5));
     }
+    for (int i = 0; i < int(std::size(cases)); ++i) {
+        const auto &c = cases[i];
+        BarArray bars;
+        EXPECT_EQ(readBars(c.reader, d.path(), QLatin1String(c.code), c.period, bars).count, 1) << c.code;
+        EXPECT_EQ(std::make_pair(bars[1].Date, bars[1].Close), std::make_pair(20240101 + i, c.close)) << c.code;
+    }
+    // Codes and periods that name no file.
+    const std::tuple<ReaderFn, const char *, int16_t> none[] = {
+        {ReadQianlong, "700000", 1}, {ReadQianlong, "1a0001", 1}, {ReadQianlong, "6000000", 1}, {ReadQianlong, "000002", 5},
+        {ReadTdx, "700000", 1},      {ReadTdx, "1a0001", 1},      {ReadTdx, "0001", 1},         {ReadTdx, "6000000", 1},
+        {ReadTdx, "1C0001", 1},      {ReadTdx, "600000", 4}};
     BarArray bars;
-    for (const char *none : {"700000", "1a0001", "0001", "6000000", "1C0001"})
-        EXPECT_TRUE(readBars(ReadTdx, d.path(), QLatin1String(none), 1, bars).untouched()) << none;
-    EXPECT_TRUE(readBars(ReadTdx, d.path(), QStringLiteral("600000"), 4, bars).untouched());
-    // A folder copied from Windows: names in other letter case, a Windows-style directory text.
+    for (const auto &[reader, code, period] : none)
+        EXPECT_TRUE(readBars(reader, d.path(), QLatin1String(code), period, bars).untouched()) << code << ' ' << period;
+    // Names in another letter case are found; a 通达信 folder copied from
+    // Windows also with a Windows-style directory text.
+    d.write(QStringLiteral("ML30/DATA/SHASE/DAY/600000.DAY"), qlRec(20240102, 1, 2, 0.5, 1.5));
+    EXPECT_EQ(readBars(ReadQianlong, d.path() + QStringLiteral("/ml30"), QStringLiteral("600000"), 1, bars).count, 1);
     d.write(QStringLiteral("TDX/VipDoc/SH/LDAY/SH600001.DAY"), tdxRec(20240102, 1, 2, 1, 2));
     EXPECT_EQ(readBars(ReadTdx, d.path() + QStringLiteral("\\tdx"), QStringLiteral("600001"), 1, bars).count, 1);
 }
