@@ -28,10 +28,10 @@ Journal longJournal()
                 trade("600000", jan(5), 30.0, 1500, false), trade("600000", jan(9), 12.0, 100, true),
                 trade("600000", jan(10), 15.0, 750, false), trade("600000", jan(11), 9.5, 200, true)};
     const QString code = QStringLiteral("600000");
-    j.actions = {{.code = code, .exDate = jan(8), .bonusPer10 = 30000},
-                 {.code = code, .exDate = jan(15), .cashPer10 = 20000, .taxRate = 1000},
-                 {.code = code, .exDate = jan(16), .rightsPer10 = 30000, .rightsPrice = 80000, .rightsTaken = true},
-                 {.code = code, .exDate = jan(17), .rightsPer10 = 20000, .rightsPrice = 70000}};
+    j.actions = {{.code = code, .exDate = jan(8), .bonusPer10 = 30000, .note = {}},
+                 {.code = code, .exDate = jan(15), .cashPer10 = 20000, .taxRate = 1000, .note = {}},
+                 {.code = code, .exDate = jan(16), .rightsPer10 = 30000, .rightsPrice = 80000, .rightsTaken = true, .note = {}},
+                 {.code = code, .exDate = jan(17), .rightsPer10 = 20000, .rightsPrice = 70000, .note = {}}};
     return j;
 }
 
@@ -115,7 +115,7 @@ TEST(Portfolio, FifoSpreadsBonusSharesOverLotsAndSellsAcrossThem)
     j.trades = {trade("000001", jan(2), 10.0, 100, true), trade("000001", jan(3), 11.0, 100, true),
                 trade("000001", jan(4), 12.0, 100, true), trade("000001", jan(6), 20.0, 300, false)};
     // 10转增5 on 300 shares: each lot of 100 becomes 150
-    j.actions = {{.code = QStringLiteral("000001"), .exDate = jan(5), .transferPer10 = 50000}};
+    j.actions = {{.code = QStringLiteral("000001"), .exDate = jan(5), .transferPer10 = 50000, .note = {}}};
     const Analysis r = analyse(j, CostMethod::Fifo, {}, jan(6));
     // 300 sold = lot one (150, 1,000) and lot two (150, 1,100): 6,000 - 2,100
     EXPECT_EQ(r.trades[3].costFen, 210000);
