@@ -59,14 +59,11 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     ui::FlexGrid *stocks = child<ui::FlexGrid>(w.get(), "gridStocks");
     ui::FlexGrid *trades = child<ui::FlexGrid>(w.get(), "gridTrades");
     // Moving average: 500 left at 15.00; the 1500 sold made 22,500.
-    EXPECT_EQ(stocks->textMatrix(1, 3), QStringLiteral("500"));
-    EXPECT_EQ(stocks->textMatrix(1, 4), QStringLiteral("7500.00"));
-    EXPECT_EQ(stocks->textMatrix(1, 9), QStringLiteral("22500.00"));
-    EXPECT_EQ(trades->textMatrix(4, 11), QStringLiteral("卖出 9000 股，多于当时持有的 500 股"));
+    EXPECT_EQ((QStringList{stocks->textMatrix(1, 3), stocks->textMatrix(1, 4), stocks->textMatrix(1, 9), trades->textMatrix(4, 11)}),
+              (QStringList{"500", "7500.00", "22500.00", "卖出 9000 股，多于当时持有的 500 股"}));
 
     QTest::mouseClick(child<QRadioButton>(w.get(), "optFifo"), Qt::LeftButton);
-    EXPECT_EQ(stocks->textMatrix(1, 4), QStringLiteral("10000.00")); // 500 of the lot @20
-    EXPECT_EQ(stocks->textMatrix(1, 9), QStringLiteral("25000.00"));
+    EXPECT_EQ((QStringList{stocks->textMatrix(1, 4), stocks->textMatrix(1, 9)}), (QStringList{"10000.00", "25000.00"})); // 500 of the lot @20
     w.reset();
     w = open(); // the choice was stored for the account
     EXPECT_TRUE(child<QRadioButton>(w.get(), "optFifo")->isChecked());
@@ -94,10 +91,8 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     const std::vector<CorporateAction> stored = listActions(db, kUser);
     db.close();
     ASSERT_EQ(stored.size(), 1u);
-    EXPECT_EQ(stored[0].bonusPer10, 30000);
-    EXPECT_EQ(stored[0].exDate, QDate::currentDate());
-    EXPECT_EQ(stocks->textMatrix(1, 3), QStringLiteral("650"));
-    EXPECT_EQ(stocks->textMatrix(1, 5), QStringLiteral("15.385")); // 10,000 / 650
+    EXPECT_EQ(std::make_tuple(stored[0].bonusPer10, stored[0].exDate, stocks->textMatrix(1, 3), stocks->textMatrix(1, 5)),
+              std::make_tuple(30000, QDate::currentDate(), QStringLiteral("650"), QStringLiteral("15.385"))); // 10,000 / 650
 
     // The stock table as CSV, with the byte-order mark.
     const QString file = folder.file(QStringLiteral("out.csv"));

@@ -83,20 +83,17 @@ TEST(ExportTool, ClassicTablesEqualTheirWindowsForTheDemoAccount)
     EXPECT_EQ(runExport(folder.path(), {QStringLiteral("holdings")}).out, "\xEF\xBB\xBF" + holdings.toUtf8());
 
     const ToolRun analysis = runExport(folder.path(), {QStringLiteral("analysis"), QStringLiteral("--fifo")});
-    EXPECT_EQ(analysis.exitCode, 0);
-    EXPECT_TRUE(analysis.out.contains("\r\n\r\n项目,数值\r\n现金余额,"));
+    EXPECT_EQ(std::make_tuple(analysis.exitCode, analysis.out.contains("\r\n\r\n项目,数值\r\n现金余额,")), std::make_tuple(0, true));
 
     const ToolRun wrong = runExport(folder.path(), {QStringLiteral("analysis")}, QStringLiteral("Demo"));
-    EXPECT_EQ(wrong.exitCode, 1);
-    EXPECT_TRUE(wrong.out.isEmpty());
-    EXPECT_TRUE(wrong.err.contains(QStringLiteral("用户名或密码错误！")));
+    EXPECT_EQ(std::make_tuple(wrong.exitCode, wrong.out, wrong.err.contains(QStringLiteral("用户名或密码错误！"))),
+              std::make_tuple(1, QByteArray(), true));
 
     // A sale of 40,000 yuan: the profit window would end the program with the overflow.
     db.execute(QStringLiteral("insert into havewhat values ('DEMO', '600000', '浦发银行', '2024-06-01', 40, 1000, 0, "
                               "'卖出', '卖出')"));
     db.close();
     const ToolRun overflow = runExport(folder.path(), {QStringLiteral("profit")});
-    EXPECT_EQ(overflow.exitCode, 1);
-    EXPECT_TRUE(overflow.out.isEmpty());
+    EXPECT_EQ(std::make_tuple(overflow.exitCode, overflow.out), std::make_tuple(1, QByteArray()));
     EXPECT_TRUE(overflow.err.contains(QStringLiteral("运行时错误 '6':\n\n溢出"))) << overflow.err.toStdString();
 }

@@ -80,29 +80,22 @@ TEST(Portfolio, CostMethodsCorporateActionsAndCashOnALongJournal)
     for (const Expect &e : methods) {
         const Analysis a = analyse(longJournal(), e.method, kPrices, jan(18));
         ASSERT_EQ(a.trades.size(), 6u);
-        EXPECT_EQ(a.trades[2].realisedFen, e.firstSale);
-        EXPECT_EQ(a.trades[4].realisedFen, e.secondSale);
-        EXPECT_EQ(a.trades[4].shares, 750); // 500 + 150 bonus + 100
+        // 750 sold = 500 + 150 bonus + 100.
+        EXPECT_EQ(std::make_tuple(a.trades[2].realisedFen, a.trades[4].realisedFen, a.trades[4].shares),
+                  std::make_tuple(e.firstSale, e.secondSale, 750));
         ASSERT_EQ(a.stocks.size(), 1u);
         const StockResult &s = a.stocks[0];
-        EXPECT_EQ(s.shares, 260);       // 200 + 60 rights
-        EXPECT_EQ(s.costFen, 238000);   // 1,900 + 480
-        EXPECT_EQ(s.marketFen, 260000); // at the latest close 10
-        EXPECT_EQ(s.unrealisedFen, 22000);
-        EXPECT_EQ(s.dividendFen, 3600); // 200 x 0.2 = 40, less 10%
-        EXPECT_EQ(s.realisedFen, 2505000);
+        // 200 + 60 rights at 1,900 + 480, valued at the latest close 10; dividend 200 x 0.2 = 40 less 10%.
+        EXPECT_EQ(std::make_tuple(s.shares, s.costFen, s.marketFen, s.unrealisedFen, s.dividendFen, s.realisedFen),
+                  std::make_tuple(260, 238000, 260000, 22000, 3600, 2505000));
         const Summary &m = a.summary;
         // 100,000 - 10,000 - 20,000 + 45,000 - 1,200 + 11,250 - 1,900 + 36 - 480
-        EXPECT_EQ(m.cashFen, 12270600);
-        EXPECT_EQ(m.valueFen, 12530600);
-        EXPECT_EQ(m.investedFen, 10000000);
-        EXPECT_EQ(m.returnFen, 2530600);
+        EXPECT_EQ(std::make_tuple(m.cashFen, m.valueFen, m.investedFen, m.returnFen),
+                  std::make_tuple(12270600, 12530600, 10000000, 2530600));
         EXPECT_DOUBLE_EQ(*m.returnPercent, 25.306);
         ASSERT_EQ(a.actions.size(), 4u);
-        EXPECT_EQ(a.actions[0].newShares, 150);
-        EXPECT_EQ(a.actions[1].taxFen, 400);
-        EXPECT_EQ(a.actions[2].rightsCostFen, 48000);
-        EXPECT_EQ(a.actions[3].newShares, 0);
+        EXPECT_EQ(std::make_tuple(a.actions[0].newShares, a.actions[1].taxFen, a.actions[2].rightsCostFen, a.actions[3].newShares),
+                  std::make_tuple(150, 400, 48000, 0));
         for (const TradeResult &t : a.trades)
             EXPECT_TRUE(t.applied && t.problem.isEmpty());
     }
@@ -118,11 +111,10 @@ TEST(Portfolio, FifoSpreadsBonusSharesOverLotsAndSellsAcrossThem)
     j.actions = {{.code = QStringLiteral("000001"), .exDate = jan(5), .transferPer10 = 50000, .note = {}}};
     const Analysis r = analyse(j, CostMethod::Fifo, {}, jan(6));
     // 300 sold = lot one (150, 1,000) and lot two (150, 1,100): 6,000 - 2,100
-    EXPECT_EQ(r.trades[3].costFen, 210000);
-    EXPECT_EQ(r.trades[3].realisedFen, 390000);
-    EXPECT_EQ(r.stocks[0].shares, 150);
-    EXPECT_EQ(r.stocks[0].costFen, 120000);
-    EXPECT_EQ(r.stocks[0].marketFen, 120000); // no price file: valued at cost
+    // The 150 left have no price file: valued at cost.
+    EXPECT_EQ(std::make_tuple(r.trades[3].costFen, r.trades[3].realisedFen, r.stocks[0].shares, r.stocks[0].costFen,
+                              r.stocks[0].marketFen),
+              std::make_tuple(210000, 390000, 150, 120000, 120000));
 }
 
 TEST(Portfolio, RowsThatMakeNoSenseAreFlaggedAndLeftOut)
@@ -146,8 +138,7 @@ TEST(Portfolio, RowsThatMakeNoSenseAreFlaggedAndLeftOut)
         EXPECT_EQ(a.trades[i].problem, problems[i]) << i;
         EXPECT_EQ(a.trades[i].applied, i == 0) << i;
     }
-    EXPECT_EQ(a.stocks[0].shares, 100);
-    EXPECT_EQ(a.summary.cashFen, 400000);
+    EXPECT_EQ(std::make_tuple(a.stocks[0].shares, a.summary.cashFen), std::make_tuple(100, 400000));
 }
 
 TEST(Portfolio, MoneyWeightedReturn)
@@ -173,9 +164,6 @@ TEST(Portfolio, ValueSeriesCarriesClosesAndCountsCash)
     const std::vector<ValuePoint> v = valueSeries(j, prices);
     ASSERT_EQ(v.size(), 4u);
     const int64_t values[] = {100000, 105000, 105000, 110000};
-    for (size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(v[i].date, jan(int(i) + 1));
-        EXPECT_EQ(v[i].valueFen, values[i]) << i;
-        EXPECT_EQ(v[i].investedFen, 100000);
-    }
+    for (size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(std::make_tuple(v[i].date, v[i].valueFen, v[i].investedFen), std::make_tuple(jan(int(i) + 1), values[i], 100000)) << i;
 }

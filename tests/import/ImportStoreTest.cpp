@@ -37,12 +37,8 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
     for (const auto &f : files) {
         SCOPED_TRACE(f.file);
         const StoreResult r = import(f.file);
-        EXPECT_EQ(r.stored.trades, f.trades);
-        EXPECT_EQ(r.stored.deposits, f.deposits);
-        EXPECT_EQ(r.stored.withdrawals, f.withdrawals);
-        EXPECT_EQ(r.stored.actions, f.actions);
-        EXPECT_EQ(r.skipped, f.skipped);
-        EXPECT_EQ(r.alreadyImported, 0);
+        EXPECT_EQ(std::make_tuple(r.stored.trades, r.stored.deposits, r.stored.withdrawals, r.stored.actions, r.skipped, r.alreadyImported),
+                  std::make_tuple(f.trades, f.deposits, f.withdrawals, f.actions, f.skipped, 0));
     }
 
     const QList<QVariantList> trades = rowsOf(QStringLiteral("select * from havewhat order by 成交日期, rowid"));
@@ -96,13 +92,10 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
     const std::vector<analysis::CorporateAction> actions = analysis::listActions(db, kUser);
     db.close();
     ASSERT_EQ(actions.size(), 3u);
-    EXPECT_EQ(actions[0].code, "600036");
-    EXPECT_EQ(actions[0].exDate, QDate(2023, 7, 10));
-    EXPECT_EQ(actions[0].bookedCashFen, 86900);
-    EXPECT_EQ(actions[1].taxFen, 8690);
-    EXPECT_EQ(actions[2].code, "000001");
-    EXPECT_EQ(actions[2].exDate, QDate(2023, 8, 15));
-    EXPECT_EQ(actions[2].bookedShares, 400);
+    EXPECT_EQ(std::make_tuple(actions[0].code, actions[0].exDate, actions[0].bookedCashFen, actions[1].taxFen),
+              std::make_tuple(QStringLiteral("600036"), QDate(2023, 7, 10), 86900, 8690));
+    EXPECT_EQ(std::make_tuple(actions[2].code, actions[2].exDate, actions[2].bookedShares),
+              std::make_tuple(QStringLiteral("000001"), QDate(2023, 8, 15), 400));
 
     // Again: nothing new, every stored row counted as imported before.
     const int again[] = {8, 5, 3, 3};
@@ -111,8 +104,8 @@ TEST_F(ImportTest, FourFilesStoreLikeTheEntryWindowsAndNeverTwice)
         EXPECT_EQ(r.stored.trades + r.stored.deposits + r.stored.withdrawals + r.stored.actions, 0) << files[i].file;
         EXPECT_EQ(r.alreadyImported, again[i]) << files[i].file;
     }
-    EXPECT_EQ(rowsOf(QStringLiteral("select * from havewhat")).size(), 9);
-    EXPECT_EQ(rowsOf(QStringLiteral("select * from 资金表")).size(), 7);
+    EXPECT_EQ(std::make_tuple(rowsOf(QStringLiteral("select * from havewhat")).size(), rowsOf(QStringLiteral("select * from 资金表")).size()),
+              std::make_tuple(9, 7));
 }
 
 TEST_F(ImportTest, FailureInTheMiddleStoresNothing)
@@ -124,10 +117,10 @@ TEST_F(ImportTest, FailureInTheMiddleStoresNothing)
     }
     // The deposit and the trades go in first; the last row (withdrawal of 50000) fails.
     EXPECT_THROW(import("statement-bom.csv"), base::RuntimeError);
-    EXPECT_TRUE(rowsOf(QStringLiteral("select * from havewhat")).isEmpty());
-    EXPECT_TRUE(rowsOf(QStringLiteral("select * from 资金表")).isEmpty());
     store::Database db = store::openUserDatabase();
-    EXPECT_TRUE(readJournalState(db, kUser).importedKeys.isEmpty());
+    EXPECT_EQ(std::make_tuple(rowsOf(QStringLiteral("select * from havewhat")).size(), rowsOf(QStringLiteral("select * from 资金表")).size(),
+                              readJournalState(db, kUser).importedKeys.size()),
+              std::make_tuple(0, 0, 0));
 }
 
 TEST_F(ImportTest, WindowPreviewsFollowsTheMappingAndImports)
@@ -141,9 +134,7 @@ TEST_F(ImportTest, WindowPreviewsFollowsTheMappingAndImports)
 
     auto *grid = w.findChild<ui::FlexGrid *>(QStringLiteral("MSFlexGrid1"));
     ASSERT_EQ(grid->rows(), 8);
-    EXPECT_EQ(grid->textMatrix(3, 4), "600519");
-    EXPECT_EQ(grid->textMatrix(3, 9), "47.04");
-    EXPECT_EQ(grid->textMatrix(6, 2), "跳过");
+    EXPECT_EQ((QStringList{grid->textMatrix(3, 4), grid->textMatrix(3, 9), grid->textMatrix(6, 2)}), (QStringList{"600519", "47.04", "跳过"}));
 
     // Column 8 (规费) no longer counts as a fee: 42.00 + 1.68.
     auto *levy = w.findChild<QComboBox *>(QStringLiteral("Combo1_8"));

@@ -69,9 +69,8 @@ TEST_F(ImportTest, FourLayoutsReadRowByRow)
         SCOPED_TRACE(layout.file);
         const StatementTable table = readStatementFile(dataFile(layout.file));
         ASSERT_EQ(table.error, "");
-        EXPECT_EQ(table.encoding, layout.encoding);
-        EXPECT_EQ(table.separator, layout.separator);
-        EXPECT_EQ(table.headingLine, layout.headingLine);
+        EXPECT_EQ(std::make_tuple(table.encoding, table.separator, table.headingLine),
+                  std::make_tuple(layout.encoding, layout.separator, layout.headingLine));
         const QList<PreviewRow> rows = classify(table, table.columns, {});
         ASSERT_EQ(rows.size(), qsizetype(layout.rows.size()));
         for (size_t i = 0; i < layout.rows.size(); ++i) {
@@ -87,12 +86,9 @@ TEST_F(ImportTest, FourLayoutsReadRowByRow)
                 EXPECT_TRUE(r.note.contains(QString::fromUtf8(e.note))) << r.note.toStdString();
                 continue;
             }
-            EXPECT_EQ(r.code, QLatin1String(e.code));
-            EXPECT_DOUBLE_EQ(r.price, e.price);
-            EXPECT_DOUBLE_EQ(r.quantity, e.quantity);
+            EXPECT_EQ(std::make_tuple(r.code, r.price, r.quantity, r.feeFen, r.note),
+                      std::make_tuple(QString::fromLatin1(e.code), e.price, e.quantity, e.feeFen, QString::fromUtf8(e.note)));
             EXPECT_DOUBLE_EQ(r.amount, e.amount);
-            EXPECT_EQ(r.feeFen, e.feeFen);
-            EXPECT_EQ(r.note, QString::fromUtf8(e.note));
         }
     }
 }

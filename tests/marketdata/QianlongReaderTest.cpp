@@ -21,8 +21,7 @@ TEST(QianlongReader, RecordFieldsExtremesRangeAndHalfRecords)
     ASSERT_EQ(r.count, 3);
     EXPECT_EQ(bars[1], (StockBar{20240102, 10.5f, 10.8f, 11.2f, 10.1f, 7890, 123456}));
     EXPECT_EQ(bars[4], StockBar{});
-    EXPECT_EQ(std::make_pair(r.minLow, r.minLowDate), std::make_pair(10.1f, 20240102));
-    EXPECT_EQ(std::make_pair(r.maxHigh, r.maxHighDate), std::make_pair(11.5f, 20240103));
+    EXPECT_EQ(std::make_tuple(r.minLow, r.minLowDate, r.maxHigh, r.maxHighDate), std::make_tuple(10.1f, 20240102, 11.5f, 20240103));
 
     // Inclusive date range; 0 means no limit on that side.
     EXPECT_EQ(readBars(ReadQianlong, d.path(), QStringLiteral("600000"), 1, bars, 20240103, 20240103).count, 1);
@@ -52,10 +51,10 @@ TEST(QianlongReader, RealRecordsOfShenzhenComposite)
     BarArray bars;
     const Out r = readBars(ReadQianlong, d.path(), QStringLiteral("000001"), 1, bars);
     ASSERT_EQ(r.count, 2);
-    EXPECT_EQ(std::make_tuple(bars[1].Date, bars[1].Amount, bars[1].Volume), std::make_tuple(19910102, 3974.0f, 589.0f));
+    EXPECT_EQ(std::make_tuple(bars[1].Date, bars[1].Amount, bars[1].Volume, r.maxHighDate, r.minLowDate),
+              std::make_tuple(19910102, 3974.0f, 589.0f, 19910102, 19910103));
     EXPECT_FLOAT_EQ(bars[1].Open, 67.41f);
     EXPECT_FLOAT_EQ(bars[2].Close, 66.4f);
-    EXPECT_EQ(std::make_pair(r.maxHighDate, r.minLowDate), std::make_pair(19910102, 19910103));
 }
 
 TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)

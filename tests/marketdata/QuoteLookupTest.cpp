@@ -82,10 +82,8 @@ TEST(QuoteLookup, DrawComputesRangeAndCallsTheChart)
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("600000"), true, last, state,
                 [&](const BarArray &bars, int16_t count, float high, float low) {
                     ++calls;
-                    EXPECT_EQ(count, 100);
-                    EXPECT_EQ(bars[100].Date, 20240100);
-                    EXPECT_FLOAT_EQ(high, 20.0f);
-                    EXPECT_FLOAT_EQ(low, 8.0f); // bar 95's zero low is not counted
+                    // Bar 95's zero low is not counted.
+                    EXPECT_EQ(std::make_tuple(count, bars[100].Date, high, low), std::make_tuple(int16_t(100), 20240100, 20.0f, 8.0f));
                 });
     // Without draw the chart is not called.
     QuoteLookup(d.path(), QStringLiteral("0"), QStringLiteral("600000"), false, last, state,

@@ -59,12 +59,8 @@ TEST_F(HoldingsTest, SoldOutStocksGetNoRowAndPartialSalesReduceTheHolding)
     quotes.closes["000002"] = 10;
     const Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);
-    EXPECT_EQ(h.rows[0][1], "000002");
-    EXPECT_EQ(h.rows[0][4], "700");
-    // Average cost is that of all shares bought, not reduced by the sale.
-    EXPECT_EQ(h.rows[0][3], "10");
-    EXPECT_EQ(h.rows[0][5], "7000");
-    // Only shown stocks are priced.
+    // Average cost is that of all shares bought, not reduced by the sale; only shown stocks are priced.
+    EXPECT_EQ((QStringList{h.rows[0][1], h.rows[0][4], h.rows[0][3], h.rows[0][5]}), (QStringList{"000002", "700", "10", "7000"}));
     EXPECT_EQ(quotes.asked, QStringList{"000002"});
 }
 
@@ -75,8 +71,7 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
     addTrades({{.code = "600001", .price = 1, .shares = 20000}, {.code = "600001", .price = 1, .shares = 20000}});
     quotes.closes["600001"] = 2;
     Holdings h = run();
-    EXPECT_TRUE(h.rows.empty());
-    EXPECT_EQ(h.marketValue, "0");
+    EXPECT_EQ(std::make_tuple(h.rows.size(), h.marketValue), std::make_tuple(0u, QStringLiteral("0")));
 
     // A later code whose sold sum overflows keeps the sold total of the code
     // before it.
@@ -87,8 +82,7 @@ TEST_F(HoldingsTest, AShareSumBeyondSixteenBitsKeepsThePreviousValue)
                {.code = "600003", .price = 1, .shares = 20000, .buy = false}});
     h = run();
     ASSERT_EQ(h.rows.size(), 2u);
-    EXPECT_EQ(h.rows[0][4], "900");
-    EXPECT_EQ(h.rows[1][4], "900");
+    EXPECT_EQ((QStringList{h.rows[0][4], h.rows[1][4]}), (QStringList{"900", "900"}));
 
     // A held difference beyond 16 bits: the row is shown on the previous
     // code's held count, but its share-based cells stay unwritten and it adds
@@ -119,8 +113,7 @@ TEST_F(HoldingsTest, PercentageIsTakenAgainstTheMarketValueAndKeptWithoutHolding
 
     quotes.closes["600000"] = 12;
     h = run();
-    EXPECT_EQ(h.percent, " 16.67%");
-    EXPECT_EQ(platform::lossPercentText(12000, QStringLiteral("10000abc")), " 16.67%");
+    EXPECT_EQ((QStringList{h.percent, platform::lossPercentText(12000, QStringLiteral("10000abc"))}), QStringList(2, " 16.67%"));
 }
 
 TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)
@@ -132,8 +125,7 @@ TEST_F(HoldingsTest, AStockWithoutBarsIsValuedAtThePreviousCodesPrice)
     // Whichever order the codes come in, the one without bars takes the
     // price left by the code before it (0 for the first).
     const int priced = h.rows[0][1] == "600000" ? 0 : 1;
-    EXPECT_EQ(h.rows[priced][6], "800");
-    EXPECT_EQ(h.rows[1 - priced][6], priced == 0 ? "800" : "0");
+    EXPECT_EQ((QStringList{h.rows[priced][6], h.rows[1 - priced][6]}), (QStringList{"800", priced == 0 ? "800" : "0"}));
 }
 
 TEST_F(HoldingsTest, OnlyTheUsersOwnRowsCountAndAQuoteInTheNameFailsQuietly)
@@ -143,12 +135,10 @@ TEST_F(HoldingsTest, OnlyTheUsersOwnRowsCountAndAQuoteInTheNameFailsQuietly)
     quotes.closes["600000"] = 10;
     Holdings h = run();
     ASSERT_EQ(h.rows.size(), 1u);
-    EXPECT_EQ(h.rows[0][4], "100");
-    EXPECT_EQ(h.netFunds, "0");
+    EXPECT_EQ((QStringList{h.rows[0][4], h.netFunds}), (QStringList{"100", "0"}));
 
     Holdings broken;
     broken.percent = "kept";
     HoldList(db, QStringLiteral("O'NEIL"), quotes.fn(), broken);
-    EXPECT_TRUE(broken.rows.empty());
-    EXPECT_EQ(broken.percent, "kept");
+    EXPECT_EQ(std::make_tuple(broken.rows.size(), broken.percent), std::make_tuple(0u, QStringLiteral("kept")));
 }

@@ -59,17 +59,11 @@ TEST_F(MainWindowTest, LoadShowsCaptionReminderHoldingsAndFigures)
     EXPECT_EQ(w->windowTitle(), "ALICE 的帐户管理");
     auto *list = w->findChild<QListWidget *>(QStringLiteral("List1"));
     ASSERT_EQ(list->count(), 14);
-    EXPECT_EQ(list->item(0)->text(), "    投资是一门艺术，需");
-    EXPECT_EQ(list->item(13)->text(), "   合理的？");
-    EXPECT_EQ(grid()->textMatrix(0, 1), "股票代码");
-    EXPECT_EQ(grid()->textMatrix(0, 7), "浮动赢亏");
-    EXPECT_EQ(grid()->textMatrix(1, 1), "600000");
-    EXPECT_EQ(grid()->textMatrix(1, 4), "100");
-    EXPECT_EQ(text("Text1"), "2000");
-    // No market data: the price stays 0, so the market value is 0 and the
-    // percentage cannot be taken.
-    EXPECT_EQ(text("Text2"), "0");
-    EXPECT_EQ(text("Text3"), "");
+    // No market data: the price stays 0, so the market value (Text2) is 0 and
+    // the percentage (Text3) cannot be taken.
+    EXPECT_EQ((QStringList{list->item(0)->text(), list->item(13)->text(), grid()->textMatrix(0, 1), grid()->textMatrix(0, 7),
+                           grid()->textMatrix(1, 1), grid()->textMatrix(1, 4), text("Text1"), text("Text2"), text("Text3")}),
+              (QStringList{"    投资是一门艺术，需", "   合理的？", "股票代码", "浮动赢亏", "600000", "100", "2000", "0", ""}));
 }
 
 TEST_F(MainWindowTest, TdxChosenInTheSettingsValuesAndChartsFromItsFiles)
@@ -110,8 +104,7 @@ TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
     toolbar(QStringLiteral("原始记录"));
     EXPECT_TRUE(w->rawMode());
     ASSERT_EQ(grid()->rows(), 4);
-    EXPECT_EQ(grid()->textMatrix(0, 1), "userid");
-    EXPECT_EQ(grid()->textMatrix(3, 2), "600003");
+    EXPECT_EQ((QStringList{grid()->textMatrix(0, 1), grid()->textMatrix(3, 2)}), (QStringList{"userid", "600003"}));
 
     // Click row 1, go two rows down with the arrow keys, then right-click
     // another row: the menu acts on the row chosen last, by key or button.
@@ -126,14 +119,12 @@ TEST_F(MainWindowTest, RawRecordsOfferTheEditMenuAndDeleteByPosition)
     w->findChild<QAction *>(QStringLiteral("mnuDel"))->trigger();
 
     ASSERT_EQ(grid()->rows(), 3);
-    EXPECT_EQ(grid()->textMatrix(1, 2), "600001");
-    EXPECT_EQ(grid()->textMatrix(2, 2), "600002");
-    EXPECT_EQ(count(QStringLiteral("havewhat where 股票代码='600003'")), 0);
+    EXPECT_EQ(std::make_tuple(grid()->textMatrix(1, 2), grid()->textMatrix(2, 2), count(QStringLiteral("havewhat where 股票代码='600003'"))),
+              std::make_tuple(QStringLiteral("600001"), QStringLiteral("600002"), 0));
 
     // "持股列表" goes back to the holdings view and its figures.
     w->findChild<QPushButton *>(QStringLiteral("Command5"))->click();
-    EXPECT_FALSE(w->rawMode());
-    EXPECT_EQ(grid()->textMatrix(0, 3), "平均价格");
+    EXPECT_EQ(std::make_tuple(w->rawMode(), grid()->textMatrix(0, 3)), std::make_tuple(false, QStringLiteral("平均价格")));
 }
 
 TEST_F(MainWindowTest, DeletingWithTheHeaderRowChosenEndsTheProgram)
@@ -190,9 +181,7 @@ TEST_F(MainWindowTest, ATradeStoredInTheBuyWindowShowsAtOnceInTheRawRecords)
                       QTest::mouseClick(child<QPushButton>(buy, "Command2"), Qt::LeftButton);
                       rowsWhileOpen = grid()->rows();
                   });
-    EXPECT_TRUE(w->rawMode());
-    EXPECT_EQ(rowsWhileOpen, 2);
-    EXPECT_EQ(grid()->textMatrix(1, 2), "600036");
+    EXPECT_EQ(std::make_tuple(w->rawMode(), rowsWhileOpen, grid()->textMatrix(1, 2)), std::make_tuple(true, 2, QStringLiteral("600036")));
     const QList<QVariantList> stored = rowsOf(QStringLiteral("select 股票代码, 成交价格, 成交股数 from havewhat"));
     EXPECT_EQ(stored, (QList<QVariantList>{{QStringLiteral("600036"), 12.5, 300.0}}));
 }

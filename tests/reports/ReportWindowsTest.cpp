@@ -142,12 +142,10 @@ TEST_F(Reports, StockRecordsInDateOrderAndDeleteTheSelectedRowNotTheOneRightClic
     QTest::keyClick(&g, Qt::Key_Down); // the keyboard chooses too
     ASSERT_EQ(g.row(), 2);
     QTest::mouseClick(g.viewport(), Qt::RightButton, {}, centre(3));
-    EXPECT_TRUE(mnufile->isVisible());
-    EXPECT_EQ(g.row(), 2);
+    EXPECT_EQ(std::make_tuple(mnufile->isVisible(), g.row()), std::make_tuple(true, 2));
     mnufile->hide();
     deleteAction(w)->trigger();
-    EXPECT_EQ(count("havewhat"), 4);
-    EXPECT_EQ(count("havewhat where 成交股数=200"), 0);
+    EXPECT_EQ(std::make_tuple(count("havewhat"), count("havewhat where 成交股数=200")), std::make_tuple(4, 0));
     ASSERT_EQ(g.rows(), 3);
 
     // Down to the last record: the grid ends cleared, without headers; a

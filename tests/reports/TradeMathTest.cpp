@@ -36,8 +36,7 @@ TEST(TradeFee, MinimumsByCodeAndRounding)
     };
     for (const auto &c : cases) {
         const TradeFee f = tradeFee(c.price, c.shares, c.rate, QString::fromLatin1(c.code), c.minShenzhen, c.minShanghai);
-        EXPECT_EQ(f.shown, c.shown) << c.code << ' ' << c.price;
-        EXPECT_EQ(f.fee, c.fee) << c.code << ' ' << c.price;
+        EXPECT_EQ(std::make_tuple(f.shown, f.fee), std::make_tuple(c.shown, c.fee)) << c.code << ' ' << c.price;
         EXPECT_DOUBLE_EQ(tradeAmount(c.price, c.shares, f.fee, c.buy), c.amount) << c.code << ' ' << c.price;
     }
     // The amount keeps whole hundredths.
@@ -49,9 +48,8 @@ TEST(TradeFee, MinimumsByCodeAndRounding)
 
 TEST(ShareTotal16, NullIsZeroAndTheRangeIsSixteenBits)
 {
-    EXPECT_EQ(shareTotal16(QVariant()), 0);
-    EXPECT_EQ(shareTotal16(QVariant(32766.5)), 32766);
-    EXPECT_EQ(shareTotal16(QVariant(-32768.0)), -32768);
+    EXPECT_EQ((std::vector<int>{shareTotal16(QVariant()), shareTotal16(QVariant(32766.5)), shareTotal16(QVariant(-32768.0))}),
+              (std::vector<int>{0, 32766, -32768}));
     EXPECT_EQ(errorOf([] { shareTotal16(QVariant(32767.5)); }), base::ErrOverflow);
 }
 
@@ -62,8 +60,8 @@ TEST(ProfitRow, SaleAgainstTheAveragePurchaseCost)
     const ProfitRow row = profitRow(1000.4, 300.0, 2000.0, 500.0);
     EXPECT_EQ(row.averagePrice, QStringLiteral("3.33"));
     EXPECT_EQ(std::vector<int>({row.proceeds, row.cost, row.profit}), std::vector<int>({1000, 1200, -200}));
-    EXPECT_EQ(profitRow(1000.5, 300.0, QVariant(), QVariant()).proceeds, 1000);
-    EXPECT_EQ(profitRow(1001.5, 300.0, QVariant(), QVariant()).proceeds, 1002);
+    EXPECT_EQ(std::make_tuple(profitRow(1000.5, 300.0, QVariant(), QVariant()).proceeds, profitRow(1001.5, 300.0, QVariant(), QVariant()).proceeds),
+              std::make_tuple(1000, 1002));
 }
 
 TEST(ProfitRow, SixteenBitLimitsAndDivisions)
@@ -73,6 +71,6 @@ TEST(ProfitRow, SixteenBitLimitsAndDivisions)
     EXPECT_EQ(errorOf([] { profitRow(30000.0, 100.0, -5000.0, 100.0); }), base::ErrOverflow);
     EXPECT_EQ(profitRow(-30000.0, 100.0, 2767.0, 100.0).profit, -32767);
     // A zero shares-bought total: 0/0 overflows, x/0 divides by zero.
-    EXPECT_EQ(errorOf([] { profitRow(1000.0, 100.0, 0.0, 0.0); }), base::ErrOverflow);
-    EXPECT_EQ(errorOf([] { profitRow(1000.0, 100.0, 50.0, 0.0); }), base::ErrDivisionByZero);
+    EXPECT_EQ(std::make_tuple(errorOf([] { profitRow(1000.0, 100.0, 0.0, 0.0); }), errorOf([] { profitRow(1000.0, 100.0, 50.0, 0.0); })),
+              std::make_tuple(base::ErrOverflow, base::ErrDivisionByZero));
 }

@@ -59,17 +59,14 @@ TEST_F(BackupTest, FirstWriteCopiesTheJournalAsItWasAndLaterWritesDoNot)
     addCash(db, 100);
     ASSERT_EQ(backups(), QStringList{QStringLiteral("user2-20261122-213005.mdb")});
     const QString copy = backupPath(backups().first());
-    EXPECT_FALSE(fileBytes(copy).startsWith("SQLite format 3")); // still encrypted
-    EXPECT_EQ(cashRows(copy), 0);
+    EXPECT_EQ(std::make_tuple(fileBytes(copy).startsWith("SQLite format 3"), cashRows(copy)), std::make_tuple(false, 0)); // still encrypted
 
     // More writes in the same run, on this and on a second handle, add no copy.
     clock = kRunTime.addSecs(60);
     addCash(db, 200);
     Recordset rs = openUserDatabase().openRecordset(QStringLiteral("select * from 资金表"));
     rs.Delete();
-    EXPECT_EQ(backups().size(), 1);
-    EXPECT_EQ(cashRows(db), 1);
-    EXPECT_EQ(cashRows(copy), 0);
+    EXPECT_EQ(std::make_tuple(backups().size(), cashRows(db), cashRows(copy)), std::make_tuple(1, 1, 0));
 }
 
 TEST_F(BackupTest, DeleteAndExecuteAreWritesToo)
@@ -82,8 +79,7 @@ TEST_F(BackupTest, DeleteAndExecuteAreWritesToo)
     Recordset rs = db.openRecordset(QStringLiteral("select * from 资金表"));
     rs.Delete();
     ASSERT_EQ(backups().size(), 1);
-    EXPECT_EQ(cashRows(backupPath(backups().first())), 1); // the row before its deletion
-    EXPECT_EQ(cashRows(db), 0);
+    EXPECT_EQ(std::make_tuple(cashRows(backupPath(backups().first())), cashRows(db)), std::make_tuple(1, 0)); // the copy has the row before its deletion
 
     // A refused select copies nothing; an insert is a write.
     resetBackupState();
@@ -114,11 +110,11 @@ TEST_F(BackupTest, CopiesKeepTheJournalsModeAndPruneByAgeOnDisk)
     QStringList copies = backups();
     EXPECT_TRUE(copies.removeOne(QStringLiteral("notes.txt")) && copies.removeOne(QStringLiteral("user2.mdb")));
     ASSERT_EQ(copies.size(), kBackupsKept);
-    EXPECT_EQ(copies.first(), QStringLiteral("user2-20261122-213005.mdb")); // the copy just made stays
-    EXPECT_EQ(copies.at(1), QStringLiteral("user2-20301123-213005.mdb"));   // the oldest on disk went
+    // The copy just made stays; the oldest on disk went.
+    EXPECT_EQ(copies.mid(0, 2), (QStringList{"user2-20261122-213005.mdb", "user2-20301123-213005.mdb"}));
     // Owner, group and other bits: 0600 like the journal, the folder 0700.
-    EXPECT_EQ(int(QFile::permissions(backupPath(copies.first()))) & 0x7077, 0x6000);
-    EXPECT_EQ(int(QFile::permissions(folder.file(QStringLiteral("backup")))) & 0x7077, 0x7000);
+    EXPECT_EQ(std::make_tuple(int(QFile::permissions(backupPath(copies.first()))) & 0x7077, int(QFile::permissions(folder.file(QStringLiteral("backup")))) & 0x7077),
+              std::make_tuple(0x6000, 0x7000));
 }
 
 TEST_F(BackupTest, CopiesWithinOneSecondGetNumberedAndPruneInOrder)
@@ -153,8 +149,7 @@ TEST_F(BackupTest, AFailingBackupIsReportedAndTheWriteGoesOn)
     testing::internal::CaptureStderr();
     addCash(db, 300);
     const QString err2 = QString::fromStdString(testing::internal::GetCapturedStderr());
-    EXPECT_TRUE(err2.contains(QStringLiteral("数据库备份失败"))) << err2.toStdString();
-    EXPECT_EQ(backups(), QStringList());
+    EXPECT_EQ(std::make_tuple(err2.contains(QStringLiteral("数据库备份失败")), backups()), std::make_tuple(true, QStringList())) << err2.toStdString();
 }
 
 } // namespace

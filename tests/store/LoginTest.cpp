@@ -53,17 +53,14 @@ TEST_F(LoginTest, RefusalsKeepTheBoxesThenEnterLogsInTrimmedAndUpperCased)
         button("cmdOK")->click();
         EXPECT_EQ(edit("txtUserName")->text() + edit("txtPassword")->text(), QLatin1String(name) + QLatin1String(password));
     }
-    EXPECT_EQ(messages, QStringList(3, QStringLiteral("用户名或密码错误！")));
-    EXPECT_EQ(spy.count(), 0);
-    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(std::make_tuple(messages, spy.count(), form.isVisible()), std::make_tuple(QStringList(3, QStringLiteral("用户名或密码错误！")), 0, true));
 
     messages.clear();
     type(QStringLiteral(" alice  "), QStringLiteral("  secret "));
     QTest::keyClick(edit("txtPassword"), Qt::Key_Return); // Enter presses 确定
     ASSERT_EQ(spy.count(), 1);
     EXPECT_EQ(spy.at(0).at(0).toString() + u'/' + spy.at(0).at(1).toString(), QStringLiteral("ALICE/user"));
-    EXPECT_FALSE(form.isLoaded());
-    EXPECT_EQ(abandoned.count(), 0);
+    EXPECT_EQ(std::make_tuple(form.isLoaded(), abandoned.count()), std::make_tuple(false, 0));
 }
 
 TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
@@ -78,8 +75,7 @@ TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
     EXPECT_TRUE(form.isVisible());
     QSignalSpy abandoned(&form, &frmLogin::closedWithoutLogin);
     button("cmdCancel")->click();
-    EXPECT_EQ(abandoned.count(), 1);
-    EXPECT_FALSE(form.isLoaded());
+    EXPECT_EQ(std::make_tuple(form.isLoaded(), abandoned.count()), std::make_tuple(false, 1));
 }
 
 TEST_F(LoginTest, AQuoteInTheNameEndsTheProgramWithTheFileUnchanged)

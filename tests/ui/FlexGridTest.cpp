@@ -21,23 +21,19 @@ TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
     g.setRows(3);
     g.setTextMatrix(0, 1, "代码");
     g.setTextMatrix(2, 2, "x");
-    EXPECT_EQ(g.model()->index(0, 1).data().toString(), "代码");
-    EXPECT_EQ(g.model()->index(2, 2).data().toString(), "x");
-    EXPECT_EQ(g.textMatrix(2, 2), "x");
     // The header row is shown as the frozen header of the view.
-    EXPECT_EQ(g.model()->headerData(1, Qt::Horizontal).toString(), "代码");
+    EXPECT_EQ((QStringList{g.model()->index(0, 1).data().toString(), g.model()->index(2, 2).data().toString(),
+                           g.textMatrix(2, 2), g.model()->headerData(1, Qt::Horizontal).toString()}),
+              (QStringList{"代码", "x", "x", "代码"}));
     EXPECT_TRUE(g.isRowHidden(0));
     // A stored value is shown and read through the grid's value format.
     g.setValueFormat([](const QVariant &v) { return v.isNull() ? QStringLiteral("--") : v.toString() + u'!'; });
     g.setValueMatrix(1, 1, 2.5);
     g.setValueMatrix(1, 2, QVariant());
-    EXPECT_EQ(g.model()->index(1, 1).data().toString(), "2.5!");
-    EXPECT_EQ(g.textMatrix(1, 2), "--");
+    const QString shown = g.model()->index(1, 1).data().toString();
     g.setTextMatrix(1, 1, "t");
-    EXPECT_EQ(g.textMatrix(1, 1), "t");
-    // Out-of-range cells read as empty and ignore writes.
-    g.setTextMatrix(5, 5, "y");
-    EXPECT_EQ(g.textMatrix(5, 5), "");
+    g.setTextMatrix(5, 5, "y"); // out of range: ignored, read as empty
+    EXPECT_EQ((QStringList{shown, g.textMatrix(1, 2), g.textMatrix(1, 1), g.textMatrix(5, 5)}), (QStringList{"2.5!", "--", "t", ""}));
 }
 
 TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
@@ -47,8 +43,7 @@ TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
     g.setRows(1);
     g.addItem("");
     g.addItem("a\tb\tc");
-    EXPECT_EQ(g.rows(), 3);
-    EXPECT_EQ(g.textMatrix(2, 1), "b");
+    EXPECT_EQ(std::make_tuple(g.rows(), g.textMatrix(2, 1)), std::make_tuple(3, QStringLiteral("b")));
     g.setRow(1);
     g.setCol(2);
     g.setCellForeColor(QColor(255, 0, 0));
@@ -57,14 +52,11 @@ TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
     EXPECT_EQ(g.model()->index(1, 2).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 0, 0));
 
     g.clear();
-    EXPECT_EQ(g.rows(), 3);
-    EXPECT_EQ(g.cols(), 4);
-    EXPECT_EQ(g.textMatrix(2, 1), "");
+    EXPECT_EQ(std::make_tuple(g.rows(), g.cols(), g.textMatrix(2, 1)), std::make_tuple(3, 4, QString()));
     EXPECT_FALSE(g.cellForeColor(1, 2).isValid());
 
     g.setColWidth(0, 200);
-    EXPECT_EQ(g.columnWidth(0), 13);
-    EXPECT_EQ(g.colWidth(0), 195);
+    EXPECT_EQ(std::make_tuple(g.columnWidth(0), g.colWidth(0)), std::make_tuple(13, 195));
     g.setRows(1);
     EXPECT_EQ(g.rows(), 1);
     EXPECT_LE(g.row(), 0);
@@ -82,16 +74,14 @@ TEST(FlexGrid, LeftClickMovesTheCurrentRowRightClickOnlyReportsIt)
     const QPoint row3 = g.visualRect(g.model()->index(3, 1)).center();
     const QPoint row1 = g.visualRect(g.model()->index(1, 1)).center();
     QTest::mouseClick(g.viewport(), Qt::LeftButton, {}, row3);
-    EXPECT_EQ(g.row(), 3);
-    EXPECT_EQ(clicked.count(), 1);
+    EXPECT_EQ(std::make_tuple(g.row(), clicked.count()), std::make_tuple(3, 1));
     QTest::mouseClick(g.viewport(), Qt::RightButton, {}, row1);
     EXPECT_EQ(g.row(), 3);
     ASSERT_EQ(down.count(), 2);
     EXPECT_EQ(down.at(1).at(0).toInt(), 2);
     QSignalSpy dbl(&g, &FlexGrid::gridDoubleClicked);
     QTest::mouseDClick(g.viewport(), Qt::LeftButton, {}, row1);
-    EXPECT_EQ(dbl.count(), 1);
-    EXPECT_EQ(g.row(), 1);
+    EXPECT_EQ(std::make_tuple(dbl.count(), g.row()), std::make_tuple(1, 1));
 
     // The keyboard moves the current row too, from the row last set or clicked.
     g.setRows(40);
@@ -130,8 +120,8 @@ TEST(FlexGrid, BulkFillReportsTheChangedCellsAndSelectsTheCurrentRowAtTheEnd)
     }
     // The end names every changed cell, so that a view repaints them.
     ASSERT_EQ(changed.count(), 1);
-    EXPECT_EQ(changed.at(0).at(0).value<QModelIndex>(), g.model()->index(0, 1));
-    EXPECT_EQ(changed.at(0).at(1).value<QModelIndex>(), g.model()->index(4, 3));
+    EXPECT_EQ(std::make_tuple(changed.at(0).at(0).value<QModelIndex>(), changed.at(0).at(1).value<QModelIndex>()),
+              std::make_tuple(g.model()->index(0, 1), g.model()->index(4, 3)));
     ASSERT_EQ(header.count(), 1);
     EXPECT_EQ(header.at(0).at(1).toInt(), 2);
     EXPECT_TRUE(g.selectionModel()->isRowSelected(3, {}));
@@ -141,12 +131,10 @@ TEST(FlexGrid, BulkFillReportsTheChangedCellsAndSelectsTheCurrentRowAtTheEnd)
     g.setTextMatrix(1, 1, "600000");
     g.setCols(9);
     g.setTextMatrix(1, 8, longText + longText);
-    EXPECT_EQ(g.textMatrix(1, 1), "600000");
-    EXPECT_EQ(g.textMatrix(4, 1), longText);
-    EXPECT_EQ(g.textMatrix(1, 8), longText + longText);
+    const auto cells = [&] { return QStringList{g.textMatrix(1, 1), g.textMatrix(4, 1), g.textMatrix(1, 8)}; };
+    EXPECT_EQ(cells(), (QStringList{"600000", longText, longText + longText}));
     g.clear();
-    EXPECT_EQ(g.textMatrix(4, 1), "");
-    EXPECT_EQ(g.textMatrix(1, 8), "");
+    EXPECT_EQ(cells(), QStringList(3));
 }
 
 namespace {
