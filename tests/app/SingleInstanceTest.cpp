@@ -47,6 +47,7 @@ TEST(SingleInstance, OfTwoSimultaneousStartsExactlyOneSurvives)
         ASSERT_GE(refused, 0) << "neither instance ended in round " << round;
         const int survivor = 1 - refused;
         EXPECT_TRUE(p[refused]->readAllStandardError().contains("已经运行！")) << round;
+        EXPECT_EQ(std::make_pair(p[refused]->exitStatus(), p[refused]->exitCode()), std::make_pair(QProcess::NormalExit, 0)) << round;
         EXPECT_EQ(p[survivor]->state(), QProcess::Running) << round;
         // The survivor shows the login window; a missing database would end it,
         // so it is still there only because it won the lock and is waiting.

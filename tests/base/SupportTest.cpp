@@ -35,23 +35,6 @@ TEST(PathResolver, BackslashesAndLetterCaseOfEveryComponentTheExactNameFirst)
     EXPECT_EQ(resolvePath(dir.path() + "\\a\\File"), dir.path() + "/a/File");
 }
 
-TEST(PathResolver, DriveLettersLiveUnderTheWinePrefix)
-{
-    QTemporaryDir prefix;
-    touch(prefix.path() + "/drive_c/ml30/data/shase/day/600000.day");
-    QDir().mkpath(prefix.path() + "/dosdevices");
-    ASSERT_TRUE(QFile::link("../drive_c", prefix.path() + "/dosdevices/c:"));
-    const QByteArray old = qgetenv("WINEPREFIX");
-    qputenv("WINEPREFIX", prefix.path().toUtf8());
-    EXPECT_EQ((std::vector<bool>{fileExists("c:\\ml30\\data\\shase\\day\\600000.day"), fileExists("C:\\ML30\\DATA\\SHASE\\DAY\\600000.DAY"),
-                                 dirExists("c:\\ml30"), dirExists("d:\\ml30")}),
-              (std::vector<bool>{true, true, true, false}));
-    if (old.isEmpty())
-        qunsetenv("WINEPREFIX");
-    else
-        qputenv("WINEPREFIX", old);
-}
-
 TEST(CodePage, GbkRoundTripAndInvalidBytes)
 {
     const QString text = QStringLiteral("600000浦发银行 Ａ股指数");

@@ -207,28 +207,3 @@ TEST_F(Reports, ProfitAndLossOneRowPerSoldStock)
     EXPECT_EQ(rows, (QStringList{shown(20) + "|600036|招商银行|11.94|400|4776|756", shown(5) + "|000003|空卖|3|100|300|300"}));
     w.unload();
 }
-
-TEST_F(Reports, QueryGridLayoutsAndTheKeptRecordSet)
-{
-    addCash(250.5, true, kUser, day(3), QStringLiteral("奖金"));
-    addCash(80, false, kUser, day(1));
-    store::Database db = store::openUserDatabase();
-    ui::FlexGrid g;
-    store::Recordset kept;
-    const QString query = QStringLiteral("select * from 资金表 order by 操作日期");
-
-    // The main window's raw view shows every column, userid included, from grid column 1 on.
-    fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::AllFields);
-    EXPECT_EQ(gridRows(g, 0), (QStringList{"userid|操作日期|资金数量|操作原因|操作表示", "ALICE|" + shown(1) + "|80|--|提取",
-                                           "ALICE|" + shown(3) + "|250.5|奖金|存入"}));
-    // The kept record set is the one the grid rows follow.
-    EXPECT_TRUE(deleteShownRecord(kept, 2));
-    EXPECT_EQ(count("资金表"), 1);
-    fillGridFromQuery(db, g, kept, query, OnError::Raise, FieldLayout::SkipFirst);
-    EXPECT_EQ(gridRows(g), QStringList{shown(1) + "|80|--|提取"});
-    // An empty result clears the cells and keeps the dimensions.
-    fillGridFromQuery(db, g, kept, query + QStringLiteral(" limit 0"), OnError::Raise, FieldLayout::SkipFirst);
-    EXPECT_EQ(gridRows(g), QStringList{"|||"});
-    EXPECT_FALSE(deleteShownRecord(kept, 1));
-    db.close();
-}

@@ -113,17 +113,6 @@ TEST(OpenDatabase, ClosedAndUnsetObjectsRaiseTheirErrors)
               (std::vector<int>{ErrObjectClosed, ErrObjectClosed, ErrObjectNotSet, ErrObjectNotSet}));
 }
 
-TEST(OpenDatabase, ListsTheTablesInFileOrderWithTheEnginesOwnMarked)
-{
-    TestFolder folder;
-    QStringList ordinary, own;
-    for (const TableDef &t : openUserDatabase().tableDefs())
-        (t.attributes == 0 ? ordinary : own) << t.name;
-    EXPECT_EQ(ordinary, (QStringList{"user", "havewhat", "资金表", "税率表"}));
-    EXPECT_EQ(own.filter(QStringLiteral("sqlite_")), own);
-    EXPECT_FALSE(own.isEmpty());
-}
-
 TEST(OpenDatabase, BadStatementsFailWithTheirErrors)
 {
     TestFolder folder;
