@@ -120,8 +120,8 @@ inline void fillBar(StockBar &bar, const unsigned char *rec)
 template <const BinaryLayout &layout>
 std::optional<BarRead> readBinary(const BarRequest &request, BarArray &bars)
 {
-    const int32_t fromDate = request.fromDate == 0 ? 1 : request.fromDate;
-    const int32_t toDate = request.toDate == 0 ? 60000000 : request.toDate;
+    const int32_t fromDate = request.first();
+    const int32_t toDate = request.last();
 
     BarFile file;
     if (!file.open(fileNameFor(layout, request.dataDir, request.code, request.period)))

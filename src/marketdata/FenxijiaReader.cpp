@@ -55,8 +55,8 @@ std::optional<BarRead> ReadFenxijia(const BarRequest &request, BarArray &bars)
 {
     const QString &code = request.code;
     const int16_t period = request.period;
-    const int32_t fromDate = request.fromDate == 0 ? 1 : request.fromDate;
-    const int32_t toDate = request.toDate == 0 ? 60000000 : request.toDate;
+    const int32_t fromDate = request.first();
+    const int32_t toDate = request.last();
 
     QString name;
     switch (marketOf(code, kFenxijiaShanghai)) {

@@ -28,6 +28,10 @@ struct BarRequest {
     int16_t period = 1;   // 1 day, 2 week, 3 month, 4 minutes
     int32_t fromDate = 0; // inclusive YYYYMMDD range; 0 means no limit
     int32_t toDate = 0;
+
+    // The range with its open ends filled in.
+    int32_t first() const { return fromDate == 0 ? 1 : fromDate; }
+    int32_t last() const { return toDate == 0 ? 60000000 : toDate; }
 };
 
 struct BarRead {
@@ -69,27 +73,6 @@ std::optional<BarRead> ReadTdx(const BarRequest &request, BarArray &bars);
 // amount of the later days. Nothing when there is no such file. It holds a
 // newer day only when its date is after lastDate.
 std::optional<StockBar> BuildCurrentBar(int32_t lastDate, const QString &code, const QString &source);
-
-// The same readers with out arguments, for callers written against them.
-// A read that finds no file writes none of them; the 分析家 and text readers
-// leave `count` for a period other than 1 to 3.
-void ReadQianlong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                  BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                  int32_t &maxHighDate);
-void ReadShenglong(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                   BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                   int32_t &maxHighDate);
-void ReadFenxijia(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                  BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate,
-                  int32_t &maxHighDate);
-void ReadTextBars(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-                  const QString &layout, BarArray &bars, int16_t &count, float &minLow, float &maxHigh,
-                  int32_t &minLowDate, int32_t &maxHighDate);
-void ReadTdx(const QString &dataDir, const QString &code, int16_t period, int32_t fromDate, int32_t toDate,
-             BarArray &bars, int16_t &count, float &minLow, float &maxHigh, int32_t &minLowDate, int32_t &maxHighDate);
-// `period` is not used; `found` is set when the file is there.
-void BuildCurrentBar(int32_t lastDate, int16_t period, const QString &code, const QString &source, int32_t &date,
-                     float &open, float &close, float &high, float &low, float &volume, float &amount, bool &found);
 
 // The daily bars a reader keeps, in the order it reads them, with the lowest
 // low and highest high and their dates (strict comparisons: on a tie the

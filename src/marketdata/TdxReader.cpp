@@ -51,8 +51,8 @@ std::optional<BarRead> ReadTdx(const BarRequest &request, BarArray &bars)
 
     // Whole records only; a count beyond 16 bits is the overflow error.
     const int16_t n = base::toInt16(static_cast<double>(file.size() / kRecordSize));
-    const int64_t from = request.fromDate == 0 ? 1 : request.fromDate;
-    const int64_t to = request.toDate == 0 ? 60000000 : request.toDate;
+    const int64_t from = request.first();
+    const int64_t to = request.last();
     const double divisor = security.priceDivisor;
 
     DayBars days(bars, request.period);

@@ -156,10 +156,7 @@ QList<TableDef> Database::tableDefs()
 
 void Database::close()
 {
-    if (!m_impl)
-        raiseNotSet();
-    if (!m_impl->db)
-        raiseClosed();
+    connectionOf(m_impl); // ErrObjectNotSet or ErrObjectClosed
     m_impl->closeConnection();
 }
 

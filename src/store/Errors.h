@@ -17,6 +17,13 @@ namespace store {
 
 [[noreturn]] inline void raiseNoCurrentRecord() { raise(ErrNoCurrentRecord, QStringLiteral("无当前记录。")); }
 
+[[noreturn]] inline void raiseRecordDeleted() { raise(ErrRecordDeleted, QStringLiteral("记录已删除。")); }
+
+[[noreturn]] inline void raiseUpdateWithoutEdit()
+{
+    raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+}
+
 [[noreturn]] inline void raiseConversion() { raise(ErrConversion, QStringLiteral("数据类型转换错误。")); }
 
 } // namespace store

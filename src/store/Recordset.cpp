@@ -109,12 +109,7 @@ struct Recordset::Impl {
     QList<QVariant> buffer;
     QList<bool> assigned;
 
-    sqlite3 *connection() const
-    {
-        if (!db->db)
-            raiseClosed();
-        return db->db;
-    }
+    sqlite3 *connection() const { return connectionOf(db); }
 
     qsizetype liveCount() const
     {
@@ -148,7 +143,7 @@ struct Recordset::Impl {
             raiseNoCurrentRecord();
         const Row &r = rows[size_t(pos)];
         if (r.deleted)
-            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+            raiseRecordDeleted();
         return r;
     }
     // Value i of row p, its block of rows read first when they were not.
@@ -160,7 +155,7 @@ struct Recordset::Impl {
             row = &rows[size_t(p)];
         }
         if (row->deleted || row->gone)
-            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+            raiseRecordDeleted();
         if (!row->values.isEmpty())
             return row->values[i];
         return valueOf(raw[size_t(row->first + i)], arena, columns[i].kind);
@@ -200,12 +195,36 @@ struct Recordset::Impl {
                 raiseEngine(db->db, rc, db->name);
             complete = true;
         }
+        insertQueryRows(std::move(read));
+    }
+
+    // Puts rows read from the query after those read before and ahead of any
+    // row added through the record set.
+    void insertQueryRows(std::vector<Row> read)
+    {
         const qsizetype added = qsizetype(read.size());
         rows.insert(rows.begin() + queryRows, std::make_move_iterator(read.begin()),
                     std::make_move_iterator(read.end()));
         if (pos >= queryRows)
             pos += added; // past the end, or on a row added through the record set
         queryRows += added;
+    }
+
+    QSet<qint64> heldIds() const
+    {
+        QSet<qint64> ids;
+        for (const Row &r : rows)
+            ids.insert(r.rowid);
+        return ids;
+    }
+
+    // The base-table columns of the record set, in its order, for a SELECT.
+    QString columnList() const
+    {
+        QStringList cols;
+        for (const Column &c : columns)
+            cols << quoteIdentifier(c.origin);
+        return cols.join(u',');
     }
 
     // Reads the rest of the query's rows: the query runs again and the rows
@@ -218,13 +237,9 @@ struct Recordset::Impl {
             return;
         if (withIds && readIds())
             return;
-        QSet<qint64> known;
-        if (withIds)
-            for (const Row &r : rows)
-                known.insert(r.rowid);
         Statement st(connection(), query, db->name);
         st.bindAll(params);
-        readRows(st.get(), -1, known, queryRows);
+        readRows(st.get(), -1, withIds ? heldIds() : QSet<qint64>(), queryRows);
     }
 
     // The steps of the engine's plan for `sql`, an index counted the same
@@ -254,9 +269,7 @@ struct Recordset::Impl {
         } catch (const base::RuntimeError &) {
             return false;
         }
-        QSet<qint64> known;
-        for (const Row &r : rows)
-            known.insert(r.rowid);
+        const QSet<qint64> known = heldIds();
         Statement st(connection(), idQuery, db->name);
         st.bindAll(params);
         std::vector<Row> read;
@@ -268,12 +281,7 @@ struct Recordset::Impl {
         }
         if (rc != SQLITE_DONE)
             raiseEngine(db->db, rc, db->name);
-        const qsizetype added = qsizetype(read.size());
-        rows.insert(rows.begin() + queryRows, std::make_move_iterator(read.begin()),
-                    std::make_move_iterator(read.end()));
-        if (pos >= queryRows)
-            pos += added;
-        queryRows += added;
+        insertQueryRows(std::move(read));
         complete = true;
         return true;
     }
@@ -290,14 +298,12 @@ struct Recordset::Impl {
             if (r.first < 0 && r.values.isEmpty() && !r.gone)
                 wanted.insert(r.rowid, k);
         }
-        QStringList cols, marks;
-        for (const Column &c : columns)
-            cols << quoteIdentifier(c.origin);
+        QStringList marks;
         for (qsizetype k = 0; k < wanted.size(); ++k)
             marks << QStringLiteral("?");
         Statement st(connection(),
                      QStringLiteral("SELECT rowid, %1 FROM %2 WHERE rowid IN (%3)")
-                         .arg(cols.join(u','), quoteIdentifier(table), marks.join(u',')),
+                         .arg(columnList(), quoteIdentifier(table), marks.join(u',')),
                      db->name);
         int index = 1;
         for (auto it = wanted.cbegin(); it != wanted.cend(); ++it)
@@ -320,16 +326,13 @@ struct Recordset::Impl {
     // Reads the stored row back into the snapshot's column order.
     QList<QVariant> readRow(qint64 rowid)
     {
-        QStringList cols;
-        for (const Column &c : columns)
-            cols << quoteIdentifier(c.origin);
         Statement st(connection(),
-                     QStringLiteral("SELECT %1 FROM %2 WHERE rowid=?").arg(cols.join(u','), quoteIdentifier(table)),
+                     QStringLiteral("SELECT %1 FROM %2 WHERE rowid=?").arg(columnList(), quoteIdentifier(table)),
                      db->name);
         sqlite3_bind_int64(st.get(), 1, rowid);
         const int rc = sqlite3_step(st.get());
         if (rc == SQLITE_DONE)
-            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+            raiseRecordDeleted();
         if (rc != SQLITE_ROW)
             raiseEngine(connection(), rc, db->name);
         QList<QVariant> values;
@@ -593,7 +596,7 @@ void Recordset::setField(int i, const QVariant &value)
     Impl &r = checked(m_impl);
     r.checkIndex(i);
     if (r.mode == Impl::Mode::None)
-        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+        raiseUpdateWithoutEdit();
     r.buffer[i] = value;
     r.assigned[i] = true;
 }
@@ -602,7 +605,7 @@ void Recordset::Update()
 {
     Impl &r = checked(m_impl);
     if (r.mode == Impl::Mode::None)
-        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+        raiseUpdateWithoutEdit();
     sqlite3 *db = r.connection();
 
     // Every assigned value is converted before anything is written; a later
@@ -652,7 +655,7 @@ void Recordset::Update()
         if (rc != SQLITE_DONE)
             raiseEngine(db, rc, r.db->name);
         if (!adding && sqlite3_changes(db) == 0)
-            raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+            raiseRecordDeleted();
         if (adding)
             rowid = sqlite3_last_insert_rowid(db);
     }
@@ -671,7 +674,7 @@ void Recordset::CancelUpdate()
 {
     Impl &r = checked(m_impl);
     if (r.mode == Impl::Mode::None)
-        raise(ErrUpdateWithoutEdit, QStringLiteral("更新或取消更新时没有 AddNew 或 Edit。"));
+        raiseUpdateWithoutEdit();
     r.mode = Impl::Mode::None;
 }
 
@@ -689,7 +692,7 @@ void Recordset::Delete()
     if (rc != SQLITE_DONE)
         raiseEngine(db, rc, r.db->name);
     if (sqlite3_changes(db) == 0)
-        raise(ErrRecordDeleted, QStringLiteral("记录已删除。"));
+        raiseRecordDeleted();
     r.rows[size_t(r.pos)].deleted = true;
 }
 

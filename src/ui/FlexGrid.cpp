@@ -20,8 +20,6 @@ void FlexGridModel::CellText::reset() noexcept
 {
     if (m_len == kHeap)
         m_heap.~QString();
-    else if (m_len == kValue)
-        m_value.~QVariant();
     m_len = kNull;
 }
 
@@ -29,8 +27,6 @@ void FlexGridModel::CellText::assign(const CellText &other)
 {
     if (other.m_len == kHeap)
         new (&m_heap) QString(other.m_heap);
-    else if (other.m_len == kValue)
-        new (&m_value) QVariant(other.m_value);
     else if (other.m_len != kNull)
         std::copy_n(other.m_small, other.m_len, m_small);
     m_len = other.m_len;
@@ -50,19 +46,10 @@ void FlexGridModel::CellText::set(const QString &text)
     }
 }
 
-void FlexGridModel::CellText::setValue(const QVariant &value)
-{
-    reset();
-    new (&m_value) QVariant(value);
-    m_len = kValue;
-}
-
-QString FlexGridModel::CellText::get(const ValueFormat &format) const
+QString FlexGridModel::CellText::get() const
 {
     if (m_len == kHeap)
         return m_heap;
-    if (m_len == kValue)
-        return format ? format(m_value) : m_value.toString();
     if (m_len == kNull)
         return QString();
     return m_len == 0 ? QStringLiteral("") : QString(reinterpret_cast<const QChar *>(m_small), m_len);
@@ -158,7 +145,7 @@ QString FlexGridModel::textOf(int r, int c) const
         const QVariant v = m_source(r, c);
         return m_format ? m_format(v) : v.toString();
     }
-    return set ? row[static_cast<size_t>(c)].text.get(m_format) : QString();
+    return set ? row[static_cast<size_t>(c)].text.get() : QString();
 }
 
 FlexGridModel::Cell &FlexGridModel::cellAt(int r, int c)
@@ -174,14 +161,6 @@ void FlexGridModel::setText(int r, int c, const QString &text)
     if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
         return;
     cellAt(r, c).text.set(text);
-    cellChanged(r, c, Qt::DisplayRole);
-}
-
-void FlexGridModel::setValue(int r, int c, const QVariant &value)
-{
-    if (r < 0 || c < 0 || r >= rowCount() || c >= m_cols)
-        return;
-    cellAt(r, c).text.setValue(value);
     cellChanged(r, c, Qt::DisplayRole);
 }
 
@@ -354,8 +333,6 @@ void FlexGrid::setCols(int cols)
 QString FlexGrid::textMatrix(int r, int c) const { return m_model->text(r, c); }
 
 void FlexGrid::setTextMatrix(int r, int c, const QString &text) { m_model->setText(r, c, text); }
-
-void FlexGrid::setValueMatrix(int r, int c, const QVariant &value) { m_model->setValue(r, c, value); }
 
 void FlexGrid::setValueFormat(FlexGridModel::ValueFormat format) { m_model->setValueFormat(std::move(format)); }
 

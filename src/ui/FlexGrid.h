@@ -2,8 +2,9 @@
 // The grid of every window: a fixed row 0 (the header) and a fixed column 0,
 // cells addressed by (row, column) as in the item model, row 0 included.
 // A model, not an item per cell, so that 50,000 rows stay smooth. A cell holds
-// a text, or a value whose text is made only when the cell is shown or read,
-// so that filling a grid from a query formats none of the rows off screen.
+// a text; cells never set may show values asked of a source when the cell is
+// shown or read, so that filling a grid from a query formats none of the rows
+// off screen.
 
 #include <QAbstractTableModel>
 #include <QColor>
@@ -29,10 +30,8 @@ public:
     void setCols(int cols);
     QString text(int r, int c) const;
     void setText(int r, int c, const QString &text);
-    // Stores a value in a cell; its text is the value format's text of it
-    // (the value's own text without one). The format is set before the
-    // values it formats: changing it sends no change notice.
-    void setValue(int r, int c, const QVariant &value);
+    // The text of a source's values (their own text without one). The format
+    // is set before the values it formats: changing it sends no change notice.
     using ValueFormat = std::function<QString(const QVariant &)>;
     void setValueFormat(ValueFormat format);
     // Cells of rows 1 .. rows and columns first .. last that were never set
@@ -57,7 +56,7 @@ private:
     // A cell's text. Most texts of a grid are short (codes, dates, prices):
     // up to kInline characters are kept in the cell itself, so that filling
     // and clearing tens of thousands of rows allocates and frees nothing per
-    // cell; a longer text is held as a QString, a value as a QVariant.
+    // cell; a longer text is held as a QString.
     class CellText {
     public:
         CellText() noexcept {}
@@ -77,19 +76,17 @@ private:
             return *this;
         }
         void set(const QString &text);
-        void setValue(const QVariant &value);
-        QString get(const ValueFormat &format) const;
+        QString get() const;
         bool isNull() const { return m_len == kNull; }
 
     private:
         static constexpr int kInline = 12;
-        static constexpr quint8 kValue = 0xfd, kNull = 0xfe, kHeap = 0xff;
+        static constexpr quint8 kNull = 0xfe, kHeap = 0xff;
         void reset() noexcept;
         void assign(const CellText &other);
         union {
             char16_t m_small[kInline];
             QString m_heap;
-            QVariant m_value;
         };
         quint8 m_len = kNull; // 0..kInline inline characters, kNull or kHeap
     };
@@ -126,8 +123,7 @@ public:
 
     QString textMatrix(int r, int c) const;
     void setTextMatrix(int r, int c, const QString &text);
-    // A cell shown as the value format's text of `value` (see FlexGridModel).
-    void setValueMatrix(int r, int c, const QVariant &value);
+    // See FlexGridModel.
     void setValueFormat(FlexGridModel::ValueFormat format);
     void setValueSource(int rows, int first, int last, FlexGridModel::ValueSource source);
 

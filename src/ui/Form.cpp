@@ -19,19 +19,17 @@ void LifeCycle::load()
     if (m_loaded)
         return;
     m_loaded = true;
-    m_unloaded = false;
     if (m_onLoad)
         base::guard(m_onLoad);
 }
 
 void LifeCycle::unload()
 {
-    if (m_loaded && !m_unloaded) {
-        m_unloaded = true;
-        if (m_onUnload)
-            base::guard(m_onUnload);
-    }
-    m_loaded = false;
+    if (!m_loaded)
+        return;
+    m_loaded = false; // first, so that an unload which closes the window again does not run twice
+    if (m_onUnload)
+        base::guard(m_onUnload);
 }
 
 Form::Form(QWidget *parent) : QDialog(parent), m_life([this] { formLoad(); }, [this] { formUnload(); })

@@ -33,7 +33,6 @@ private:
     std::function<void()> m_onLoad;
     std::function<void()> m_onUnload;
     bool m_loaded = false;
-    bool m_unloaded = false;
 };
 
 class Form : public QDialog {

@@ -24,23 +24,18 @@ struct DataFolder {
     }
 };
 
-// The out arguments of a reader; -7 marks "not written".
-struct Out {
-    int16_t count = -7;
-    float minLow = -7, maxHigh = -7;
-    int32_t minLowDate = -7, maxHighDate = -7;
+// A reader's result; -7 everywhere when no file was read.
+struct Out : BarRead {
+    Out(const std::optional<BarRead> &r) : BarRead(r.value_or(BarRead{-7, -7, -7, -7, -7})) {}
     bool untouched() const { return count == -7 && minLow == -7 && maxHigh == -7 && minLowDate + maxHighDate == -14; }
 };
 
-using ReaderFn = void (*)(const QString &, const QString &, int16_t, int32_t, int32_t, BarArray &, int16_t &,
-                          float &, float &, int32_t &, int32_t &);
+using ReaderFn = std::optional<BarRead> (*)(const BarRequest &, BarArray &);
 
 inline Out readBars(ReaderFn fn, const QString &dir, const QString &code, int16_t period, BarArray &bars,
                     int32_t from = 0, int32_t to = 0)
 {
-    Out o;
-    fn(dir, code, period, from, to, bars, o.count, o.minLow, o.maxHigh, o.minLowDate, o.maxHighDate);
-    return o;
+    return fn({dir, code, period, from, to}, bars);
 }
 
 inline void put32(QByteArray &b, int at, int32_t v) { qToLittleEndian<int32_t>(v, b.data() + at); }

@@ -90,12 +90,8 @@ TEST(QianlongReader, WeeklyReadAppendsUnfinishedWeekFromDailyFile)
         float close; // -1: nothing found
     } cases[] = {{"1A0001", "钱龙", 2940}, {"1A0001", "胜龙", 7}, {"800001", "钱龙", -1}, {"1A0001", "分析家", -1}};
     for (const auto &c : cases) {
-        int32_t date = -1;
-        float o = -1, close = -1, h = -1, l = -1, v = -1, a = -1;
-        bool found = false;
-        BuildCurrentBar(20240112, 2, QLatin1String(c.code), QString::fromUtf8(c.source), date, o, close, h, l, v, a,
-                        found);
-        EXPECT_EQ(std::make_tuple(found, date, close), std::make_tuple(c.close != -1, c.close != -1 ? 20240115 : -1, c.close))
+        const std::optional<StockBar> bar = BuildCurrentBar(20240112, QLatin1String(c.code), QString::fromUtf8(c.source));
+        EXPECT_EQ(std::make_tuple(bar ? bar->Date : -1, bar ? bar->Close : -1.0f), std::make_tuple(c.close != -1 ? 20240115 : -1, c.close))
             << c.code << c.source;
     }
     setDataPath(QString());

@@ -158,7 +158,7 @@ TEST(TdxReader, BadFilesFailCleanly)
     };
     for (const auto &c : cases) {
         BarArray bars;
-        Out o;
+        Out o(std::nullopt);
         EXPECT_EQ(errorOf([&] { o = readBars(ReadTdx, d.path(), QLatin1String(c.code), c.period, bars); }), c.error) << c.code;
         EXPECT_EQ(o.count, c.count) << c.code << " period " << c.period;
     }

@@ -13,10 +13,7 @@ namespace {
 Out readText(const DataFolder &d, const QString &layout, int16_t period, BarArray &bars,
              const QString &code = QStringLiteral("600000"))
 {
-    Out o;
-    ReadTextBars(d.path(), code, period, 0, 0, layout, bars, o.count, o.minLow, o.maxHigh, o.minLowDate,
-                 o.maxHighDate);
-    return o;
+    return ReadTextBars({d.path(), code, period, 0, 0}, layout, bars);
 }
 
 } // namespace

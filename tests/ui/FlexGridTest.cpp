@@ -26,31 +26,26 @@ TEST(FlexGrid, CellsAreAddressedLikeTheModelRowZeroIncluded)
                            g.textMatrix(2, 2), g.model()->headerData(1, Qt::Horizontal).toString()}),
               (QStringList{"代码", "x", "x", "代码"}));
     EXPECT_TRUE(g.isRowHidden(0));
-    // A stored value is shown and read through the grid's value format.
+    // A source's value is shown and read through the grid's value format; a text set wins.
     g.setValueFormat([](const QVariant &v) { return v.isNull() ? QStringLiteral("--") : v.toString() + u'!'; });
-    g.setValueMatrix(1, 1, 2.5);
-    g.setValueMatrix(1, 2, QVariant());
+    g.setValueSource(1, 1, 2, [](int, int c) { return c == 1 ? QVariant(2.5) : QVariant(); });
     const QString shown = g.model()->index(1, 1).data().toString();
     g.setTextMatrix(1, 1, "t");
     g.setTextMatrix(5, 5, "y"); // out of range: ignored, read as empty
     EXPECT_EQ((QStringList{shown, g.textMatrix(1, 2), g.textMatrix(1, 1), g.textMatrix(5, 5)}), (QStringList{"2.5!", "--", "t", ""}));
 }
 
-TEST(FlexGrid, AddItemClearAndColoursOfTheCurrentCell)
+TEST(FlexGrid, ClearKeepsTheShapeAndWidthsAreInTwips)
 {
+    // (AddItem rows and cell colours in place: the trade-details and profit windows.)
     CheckedGrid g;
     g.setCols(4);
-    g.setRows(1);
-    g.addItem("");
-    g.addItem("a\tb\tc");
-    EXPECT_EQ(std::make_tuple(g.rows(), g.textMatrix(2, 1)), std::make_tuple(3, QStringLiteral("b")));
+    g.setRows(3);
+    g.setTextMatrix(2, 1, "b");
     g.setRow(1);
     g.setCol(2);
     g.setCellForeColor(QColor(255, 0, 0));
-    EXPECT_EQ(g.cellForeColor(1, 2), QColor(255, 0, 0));
-    EXPECT_FALSE(g.cellForeColor(1, 1).isValid());
     EXPECT_EQ(g.model()->index(1, 2).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 0, 0));
-
     g.clear();
     EXPECT_EQ(std::make_tuple(g.rows(), g.cols(), g.textMatrix(2, 1)), std::make_tuple(3, 4, QString()));
     EXPECT_FALSE(g.cellForeColor(1, 2).isValid());
