@@ -5,7 +5,6 @@
 #include "analysis/windows/frmAnalysis.h"
 #include "support/Helpers.h"
 #include "ui/FlexGrid.h"
-#include "ui/MsgBox.h"
 
 #include <QRadioButton>
 #include <QTabWidget>
@@ -30,16 +29,6 @@ void journal()
                             trade(6, 30.0, 9000, false)}); // more than held: flagged
 }
 
-// Runs `step` on the modal window once it is open (the click that opens it blocks).
-void whenModal(std::function<void(QWidget *)> step)
-{
-    QTimer::singleShot(0, [step] {
-        QWidget *w = QApplication::activeModalWidget();
-        ASSERT_NE(w, nullptr);
-        step(w);
-    });
-}
-
 } // namespace
 
 TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChangeTheHolding)
@@ -47,7 +36,7 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     TestFolder folder;
     journal();
     QStringList messages;
-    ui::setMsgBoxRecorder(&messages);
+    const MessageRecorder recording{messages};
 
     auto open = [] {
         auto w = std::make_unique<frmAnalysis>();
@@ -70,7 +59,8 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     stocks = child<ui::FlexGrid>(w.get(), "gridStocks");
 
     // 10送3 today (the date box's default), refused first for a stock not held.
-    whenModal([](QWidget *a) {
+    modalOpenedBy([&] { QTest::mouseClick(child<QPushButton>(w.get(), "cmdActions"), Qt::LeftButton); }, [](QWidget &m) {
+        QWidget *a = &m;
         EXPECT_EQ(child<QLineEdit>(a, "txtCode")->text(), QStringLiteral("600000")); // the stock row selected
         retype(child<QLineEdit>(a, "txtCode"), QStringLiteral("000001"));
         QTest::keyClicks(child<QLineEdit>(a, "txtBonus"), QStringLiteral("3"));
@@ -82,7 +72,6 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
         QTest::mouseClick(child<QPushButton>(a, "cmdAdd"), Qt::LeftButton);
         QTest::mouseClick(child<QPushButton>(a, "cmdClose"), Qt::LeftButton);
     });
-    QTest::mouseClick(child<QPushButton>(w.get(), "cmdActions"), Qt::LeftButton);
     ASSERT_EQ(messages.size(), 2);
     EXPECT_TRUE(messages[0].contains(QStringLiteral("之前没有持有 000001"))) << messages[0].toStdString();
     EXPECT_EQ(messages[1], QStringLiteral("“送股”不是有效的数字（最多 4 位小数）！"));
@@ -102,7 +91,6 @@ TEST(AnalysisWindow, CostMethodIsRememberedAndActionsEnteredThroughTheWindowChan
     const QByteArray csv = fileBytes(file);
     EXPECT_TRUE(csv.startsWith("\xEF\xBB\xBF股票代码,股票名称,持有股数"));
     EXPECT_TRUE(csv.contains("\r\n600000,浦发银行,650,10000.00,15.385,"));
-    ui::setMsgBoxRecorder(nullptr);
 }
 
 TEST(AnalysisWindow, ChartShowsValueAndInvestmentAndTheDayUnderTheMouse)

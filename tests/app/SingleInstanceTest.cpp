@@ -22,9 +22,7 @@ TEST(SingleInstance, OfTwoSimultaneousStartsExactlyOneSurvives)
     env.insert("TESSALY_MESSAGES_TO_STDERR", "1");
     env.insert("TESSALY_ERRORS_TO_STDERR", "1");
 
-    constexpr int kRounds = 20;
-    int refusedTotal = 0;
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < 20; ++round) {
         std::unique_ptr<QProcess> p[2];
         for (auto &q : p) {
             q = std::make_unique<QProcess>();
@@ -54,7 +52,5 @@ TEST(SingleInstance, OfTwoSimultaneousStartsExactlyOneSurvives)
         p[survivor]->kill();
         p[survivor]->waitForFinished();
         EXPECT_FALSE(p[survivor]->readAllStandardError().contains("已经运行！")) << round;
-        ++refusedTotal;
     }
-    EXPECT_EQ(refusedTotal, kRounds);
 }

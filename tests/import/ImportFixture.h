@@ -7,7 +7,6 @@
 
 #include "import/ImportStore.h"
 #include "store/FeeRates.h"
-#include "ui/MsgBox.h"
 
 namespace importtest {
 
@@ -22,12 +21,10 @@ class ImportTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ui::setMsgBoxRecorder(&messages);
         const float fees[6] = {0.35f, 0.25f, 5.0f, 5.0f, 0.4f, 0.4f};
         for (int c = 1; c <= 6; ++c)
             store::setFeeValue(c, fees[c - 1]);
     }
-    void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
 
     // The preview of a file against the journal as it is now.
     QList<importer::PreviewRow> preview(const char *file)
@@ -45,6 +42,7 @@ protected:
 
     TestFolder folder;
     QStringList messages;
+    const MessageRecorder recording{messages};
 };
 
 } // namespace importtest

@@ -6,12 +6,6 @@ using namespace mdtest;
 
 namespace {
 
-Out readFxj(const QString &dir, const QString &code, int16_t period, BarArray &bars, int32_t from = 0,
-            int32_t to = 0)
-{
-    return readBars(ReadFenxijia, dir, code, period, bars, from, to);
-}
-
 FxjRecord day(int y, int m, int d, float open, float high, float low, float close, float vol = 1, float amount = 1000)
 {
     return {beijingMidnight(y, m, d), open, high, low, close, vol, amount};
@@ -27,7 +21,7 @@ TEST(FenxijiaReader, DatesPricesAndIndexSearch)
                               {1041350400, 10.0f, 10.5f, 9.5f, 10.2f, 1, 2000}}};
     d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({other, stock}));
     BarArray bars;
-    const Out o = readFxj(d.path(), QStringLiteral("600001"), 1, bars);
+    const Out o = readBars(ReadFenxijia, d.path(), QStringLiteral("600001"), 1, bars);
     ASSERT_EQ(o.count, 2);
     // Prices to whole cents, halves to even (1012.5 cents -> 10.12; 9.995 as
     // a single is below the half); the amount in thousands.
@@ -38,21 +32,21 @@ TEST(FenxijiaReader, DatesPricesAndIndexSearch)
 
     // A code matches an entry by its first characters; "80" is Shanghai here
     // (below), "81" and other lengths find no file.
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("6000"), 1, bars).count, -7) << "4 characters: Shenzhen file";
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("6000"), 1, bars).count, -7) << "4 characters: Shenzhen file";
     d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000001xx", {day(2003, 1, 3, 1, 1, 1, 1)}}}));
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("0000"), 1, bars).count, 1);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("0000"), 1, bars).count, 1);
     EXPECT_EQ(bars[1].Date, 20030103);
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("810000"), 1, bars).count, -7);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("810000"), 1, bars).count, -7);
 
     // No entry matches: count 0 and the start extremes; a weekly read still
     // merges one (empty) bar.
     BarArray empty;
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 1, empty).count, 0);
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 2, empty).count, 1);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600009"), 1, empty).count, 0);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600009"), 2, empty).count, 1);
     EXPECT_EQ(empty[1], StockBar{});
 
     d.write(QStringLiteral("DATA/SH/day.dat"), fxjFile({FxjStock{"800000", {day(2003, 1, 3, 1, 1, 1, 1)}}}));
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("800000"), 1, bars).count, 1);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("800000"), 1, bars).count, 1);
 }
 
 TEST(FenxijiaReader, CountIsTheIndexCountWhateverTheRange)
@@ -64,18 +58,18 @@ TEST(FenxijiaReader, CountIsTheIndexCountWhateverTheRange)
     recs[260].time = beijingMidnight(2003, 2, 1);
     d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000002", recs}}));
     BarArray bars;
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, bars).count, 300);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("000002"), 1, bars).count, 300);
     EXPECT_EQ(bars[300].Close, 299.0f); // across the block boundary
 
     BarArray ranged;
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, ranged, 20030201, 20030201).count, 300);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("000002"), 1, ranged, 20030201, 20030201).count, 300);
     EXPECT_EQ(ranged[1].Close, 260.0f);
     EXPECT_EQ(ranged[2], StockBar{});
 
     // R below the records stored: only R are read.
     d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000002", recs, 5}}));
     BarArray few;
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("000002"), 1, few).count, 5);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("000002"), 1, few).count, 5);
     EXPECT_EQ(few[6], StockBar{});
 }
 
@@ -92,18 +86,18 @@ TEST(FenxijiaReader, WeeklyAndMonthlyMerge)
     };
     d.write(QStringLiteral("DATA/SZ/day.dat"), fxjFile({FxjStock{"000001", recs}}));
     BarArray week;
-    ASSERT_EQ(readFxj(d.path(), QStringLiteral("000001"), 2, week).count, 3);
+    ASSERT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("000001"), 2, week).count, 3);
     EXPECT_EQ(std::make_pair(week[1].Date, week[3].Date), std::make_pair(20030103, 20030203));
     EXPECT_EQ(week[2], (StockBar{20040105, 10.5f, 12.0f, 13.0f, 8.0f, 900, 9}));
 
     BarArray month;
-    ASSERT_EQ(readFxj(d.path(), QStringLiteral("000001"), 3, month).count, 2); // all January days, then February
+    ASSERT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("000001"), 3, month).count, 2); // all January days, then February
     EXPECT_EQ(std::make_tuple(month[1].Date, month[1].Open, month[1].Volume, month[2].Date),
               std::make_tuple(20040105, 10.0f, 1000.0f, 20030203));
 
     // A range that drops records leaves zero bars within the R merged: a
     // zero date is no calendar date.
-    EXPECT_EQ(errorOf([&] { readFxj(d.path(), QStringLiteral("000001"), 2, week, 20030201, 0); }),
+    EXPECT_EQ(errorOf([&] { readBars(ReadFenxijia, d.path(), QStringLiteral("000001"), 2, week, 20030201, 0); }),
               base::ErrTypeMismatch);
 }
 
@@ -118,7 +112,7 @@ TEST(FenxijiaReader, HeaderOffsetsOutOfRange)
     };
     BarArray bars;
     const auto errorFor = [&](const char *code) {
-        return errorOf([&] { readFxj(d.path(), QLatin1String(code), 1, bars); });
+        return errorOf([&] { readBars(ReadFenxijia, d.path(), QLatin1String(code), 1, bars); });
     };
     patched(4, 0x7FFFFFFF);
     EXPECT_EQ(errorFor("600000"), base::ErrOverflow);
@@ -130,19 +124,19 @@ TEST(FenxijiaReader, HeaderOffsetsOutOfRange)
     patched(12, 0x7FFFFFFF);
     EXPECT_EQ(errorFor("600009"), base::ErrOverflow);
     patched(12, 1000000);
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600009"), 1, bars).count, 0);
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, bars).count, 1);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600009"), 1, bars).count, 0);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600000"), 1, bars).count, 1);
 
     // A truncated file reads zeros: the stock has no records.
     d.write(QStringLiteral("DATA/SH/day.dat"), file.left(24 + 64));
     BarArray fresh;
-    EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, fresh).count, 1);
+    EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600000"), 1, fresh).count, 1);
     EXPECT_EQ(fresh[1], StockBar{});
 
     // Empty or shorter than its header: no entry matches, so nothing is read.
     for (int length : {0, 10}) {
         d.write(QStringLiteral("DATA/SH/day.dat"), file.left(length));
-        EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 1, fresh).count, 0) << length;
-        EXPECT_EQ(readFxj(d.path(), QStringLiteral("600000"), 2, fresh).count, 1) << length;
+        EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600000"), 1, fresh).count, 0) << length;
+        EXPECT_EQ(readBars(ReadFenxijia, d.path(), QStringLiteral("600000"), 2, fresh).count, 1) << length;
     }
 }

@@ -16,8 +16,7 @@ QLineEdit *box(QWidget &w, int i)
 QVariant feeColumn(int column)
 {
     store::Database db = store::openUserDatabase();
-    store::Recordset rs = db.openRecordset(QStringLiteral("select * from 税率表"));
-    return rs.field(column);
+    return db.openRecordset(QStringLiteral("select * from 税率表")).field(column);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// The account logic without windows: lookups, the login checks, the rights
-// rule and the account list.
+// The account logic without windows: lookups, the rights rule and the
+// account list (the login checks are driven through the login window).
 
 #include "support/Helpers.h"
 
@@ -24,34 +24,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(AccountsTest, LoginChecksOfBothButtons)
-{
-    // 管理 admits empty boxes (the password must still equal the empty
-    // stored one); with a name it checks like 确定.
-    const LoginButton ok = LoginButton::Confirm, manage = LoginButton::Manage;
-    const struct {
-        const char *name;
-        QString password;
-        LoginButton button;
-        bool accepted;
-        const char *acceptedName, *role;
-    } cases[] = {
-        {"Supervisor", kAdminPassword, ok, true, "SUPERVISOR", "System"},
-        {"   ", "", manage, true, "", ""},
-        {"", "x", manage, false, "", ""},
-        {"bob", "", manage, false, "", ""},
-        {"ALICE", "secret", manage, true, "ALICE", "user"},
-    };
-    for (const auto &c : cases) {
-        Recordset own;
-        const LoginResult r = checkLogin(db, own, QString::fromLatin1(c.name), c.password, c.button);
-        EXPECT_EQ(r.accepted, c.accepted) << c.name << '/' << c.password.toStdString();
-        if (c.accepted) {
-            EXPECT_EQ(QStringList({r.name, r.role}), QStringList({c.acceptedName, c.role})) << c.name;
-        }
-    }
-}
 
 TEST_F(AccountsTest, FindUserLeavesItsOutputsAloneWhenNothingIsFoundAndRefusesNulls)
 {

@@ -132,24 +132,6 @@ TEST(OpenDatabase, BadStatementsFailWithTheirErrors)
     EXPECT_EQ(scalar(db, QStringLiteral("select count(*) from user")).toInt(), 1); // none of them ran
 }
 
-TEST(OpenDatabase, SeveralHandlesWorkOnTheFileAtOnce)
-{
-    TestFolder folder;
-    Database a = openUserDatabase();
-    Database b = openUserDatabase();
-    Recordset list = a.openRecordset(QStringLiteral("select * from user"));
-    b.execute(QStringLiteral("insert into user (username, password, power) values ('Alice', 'pw', 'user')"));
-    // The first handle's snapshot stays as read, and can be changed through.
-    EXPECT_EQ(list.RecordCount(), 1);
-    list.Edit();
-    list.setField(2, QStringLiteral("new"));
-    list.Update();
-    EXPECT_EQ(scalar(b, QStringLiteral("select password from user where username='supervisor'")).toString(),
-              QStringLiteral("new"));
-    b.close();
-    EXPECT_EQ(scalar(a, QStringLiteral("select count(*) from user")).toInt(), 2);
-}
-
 TEST(OpenDatabase, EveryHandleKeepsARollbackJournalAndSyncsTheFolderAtCommit)
 {
     TestFolder folder;

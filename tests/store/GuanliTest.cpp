@@ -5,7 +5,6 @@
 #include "store/Accounts.h"
 #include "store/Schema.h"
 #include "accounts/frmGuanli.h"
-#include "ui/MsgBox.h"
 
 namespace {
 
@@ -17,12 +16,6 @@ protected:
         store::Recordset rs;
         store::addAccount(db, rs, QStringLiteral("Alice"), QStringLiteral("a1"));
         store::addAccount(db, rs, QStringLiteral("Bob"), QStringLiteral("b1"));
-        ui::setMsgBoxRecorder(&messages);
-    }
-    void TearDown() override
-    {
-        form.reset();
-        ui::setMsgBoxRecorder(nullptr);
     }
     void open(const QString &name, const QString &role)
     {
@@ -63,6 +56,7 @@ protected:
     TestFolder folder;
     store::Database db;
     QStringList messages;
+    const MessageRecorder recording{messages};
     std::unique_ptr<frmGuanli> form;
 };
 

@@ -19,11 +19,9 @@ protected:
             store::Recordset rs;
             store::addAccount(db, rs, QStringLiteral("Alice"), QStringLiteral("secret"));
         }
-        ui::setMsgBoxRecorder(&messages);
         form.show();
         ASSERT_TRUE(form.isLoaded());
     }
-    void TearDown() override { ui::setMsgBoxRecorder(nullptr); }
 
     QLineEdit *edit(const char *name) { return form.findChild<QLineEdit *>(QLatin1String(name)); }
     QPushButton *button(const char *name) { return form.findChild<QPushButton *>(QLatin1String(name)); }
@@ -36,6 +34,7 @@ protected:
 
     TestFolder folder;
     QStringList messages;
+    const MessageRecorder recording{messages};
     frmLogin form;
 };
 
@@ -65,12 +64,17 @@ TEST_F(LoginTest, RefusalsKeepTheBoxesThenEnterLogsInTrimmedAndUpperCased)
 
 TEST_F(LoginTest, ManageOpensUserManagementOnlyAfterItsCheck)
 {
-    // Both boxes empty: 确定 refuses (above), 管理 admits.
-    EXPECT_EQ(modalOpenedBy([&] { button("Command1")->click(); }), QStringLiteral("frmGuanli 用户管理--Tessaly"));
+    // Both boxes empty (or blank): 确定 refuses (above), 管理 admits; with a
+    // name or a password it checks like 确定.
+    const auto manage = [&](const char *name, const char *password) {
+        type(QLatin1String(name), QLatin1String(password));
+        return modalOpenedBy([&] { button("Command1")->click(); });
+    };
+    const QString opened = QStringLiteral("frmGuanli 用户管理--Tessaly");
+    EXPECT_EQ(QStringList({manage("", ""), manage("  ", ""), manage("ALICE", "secret")}), QStringList(3, opened));
     EXPECT_TRUE(messages.isEmpty());
-    type(QStringLiteral("alice"), QStringLiteral("nope"));
-    EXPECT_EQ(modalOpenedBy([&] { button("Command1")->click(); }), QString());
-    EXPECT_EQ(messages, QStringList{QStringLiteral("用户名或密码错误！")});
+    EXPECT_EQ(QStringList({manage("alice", "nope"), manage("", "x"), manage("bob", "")}), QStringList(3, QString()));
+    EXPECT_EQ(messages, QStringList(3, QStringLiteral("用户名或密码错误！")));
     // Still in the login window, which still works; 取消 closes it without a login.
     EXPECT_TRUE(form.isVisible());
     QSignalSpy abandoned(&form, &frmLogin::closedWithoutLogin);

@@ -9,6 +9,7 @@
 #include "support/Journal.h"
 #include "support/TestFolder.h"
 #include "support/Typing.h"
+#include "ui/MsgBox.h"
 
 #include <QAction>
 #include <QApplication>
@@ -42,6 +43,15 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+// While it lives, the texts of message boxes go to `into` instead of a box.
+class MessageRecorder {
+public:
+    explicit MessageRecorder(QStringList &into) { ui::setMsgBoxRecorder(&into); }
+    ~MessageRecorder() { ui::setMsgBoxRecorder(nullptr); }
+    MessageRecorder(const MessageRecorder &) = delete;
+    MessageRecorder &operator=(const MessageRecorder &) = delete;
+};
 
 // Number of the runtime error `f` raises, 0 when it raises none.
 inline int errorOf(const std::function<void()> &f)
